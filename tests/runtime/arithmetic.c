@@ -254,6 +254,8 @@ static const struct {
 int main(void) {
   for (unsigned op = 0; op < sizeof operations / sizeof operations[0]; op++) {
     random_state = SEED + op;
+    last_double.bits = 0;
+    last_float.bits = 0;
     for (int block = 0; block < BLOCKS; block++) {
       emit_text(operations[op].name);
       hash = 2166136261u;
