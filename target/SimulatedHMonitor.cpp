@@ -164,7 +164,8 @@ void SimulatedHMonitor::step()
     const std::uint32_t pc = registers()->getPC();
     if (m_traceEnabled)
         addToInstructionTrace(pc, 0);
-    countExecution(pc);
+    if (pc - m_countBase < m_counts.size())
+        ++m_counts[pc - m_countBase];
     m_cycleCount += singleStep();
 }
 

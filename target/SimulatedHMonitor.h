@@ -8,6 +8,7 @@
 #include <deque>
 #include <limits>
 #include <memory>
+#include <span>
 #include <vector>
 
 /// How far a run may go; 64-bit counts of cycles since reset and of passes from now on.
@@ -107,11 +108,9 @@ protected:
     void stopFor(StopReason reason);
     void endConnection();
     void addToInstructionTrace(std::uint32_t address, std::uint32_t data);
-    void countExecution(std::uint32_t pc)
-    {
-        if (pc - m_countBase < m_counts.size())
-            ++m_counts[pc - m_countBase];
-    }
+    /// One counter for each byte address from `countBase()` on.
+    std::span<std::uint32_t> counts() { return m_counts; }
+    std::uint32_t countBase() const { return m_countBase; }
 
     bool m_connected = false;
     bool m_stopped = false;

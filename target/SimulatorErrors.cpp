@@ -33,12 +33,14 @@ SimulatorErrors::Number SimulatorErrors::numberOf(const char* text)
 void SimulatorErrors::setEnabled(Number number, bool on)
 {
     m_enabled = on ? m_enabled | 1u << number : m_enabled & ~(1u << number);
+    m_mustStop = enabled(m_current);
 }
 
 void SimulatorErrors::raise(Number number, std::uint32_t address)
 {
     m_current = number;
     m_currentAddress = address;
+    m_mustStop = enabled(number);
 }
 
 void SimulatorErrors::stopWithCurrent()

@@ -24,13 +24,13 @@ public:
 
     void setEnabled(Number number, bool on);
     bool enabled(Number number) const { return (m_enabled >> number & 1) != 0; }
-    void disableAll() { m_enabled = 0; }
+    void disableAll() { m_enabled = 0; m_mustStop = false; }
 
     /// A fault of the running instruction; the last one of a run counts.
     void raise(Number number, std::uint32_t address);
-    void clearCurrent() { m_current = None; }
+    void clearCurrent() { m_current = None; m_mustStop = false; }
     /// True if the current fault has to stop the run.
-    bool mustStop() const { return enabled(m_current); }
+    bool mustStop() const { return m_mustStop; }
     /// Makes the current fault the one that stopped the run.
     void stopWithCurrent();
 
@@ -41,6 +41,7 @@ public:
 
 private:
     std::uint32_t m_enabled = 0; ///< one bit a number; None is never set
+    bool m_mustStop = false; ///< the current fault is an enabled one; asked after every instruction
     Number m_current = None;
     std::uint32_t m_currentAddress = 0;
     Number m_last = None;

@@ -4,6 +4,8 @@
 #include "target/msp430/MSP430Flags.h"
 #include "target/msp430/MSP430Operands.h"
 
+#include <utility>
+
 enum class RMode { LeftArithmetic, RightArithmetic, RightThroughCarry, RightUnsigned };
 
 /// The instruction engine as a template, so that each owner's accesses are bound at compile time:
@@ -31,6 +33,8 @@ public:
     /// The rest of an instruction whose first word has just been fetched.
     unsigned execute(unsigned word)
     {
+        if (word >= FirstTwoOperand)
+            return handlers[(word >> 8 & 0xF0) - (FirstTwoOperand >> 8) + (word >> 4 & 0xF)](*this, word);
         const Operation operation = msp430OperationOf(word);
         if (operation == Operation::Extension) [[unlikely]]
             return executeExtended(word);
@@ -133,6 +137,8 @@ private:
         const Operation operation = msp430OperationOf(word);
         if (operation == Operation::Extension)
             return 0;
+        if (word >= FirstTwoOperand)
+            return dispatchTwoOperand(operation, word, MSP430Extension{extensionWord});
         return dispatch(operation, word, MSP430Extension{extensionWord});
     }
 
@@ -140,18 +146,6 @@ private:
     unsigned dispatch(Operation operation, unsigned word, Extension extension)
     {
         switch (operation) {
-        case Operation::Mov: return twoOperand<Operation::Mov>(word, extension);
-        case Operation::Add: return twoOperand<Operation::Add>(word, extension);
-        case Operation::Addc: return twoOperand<Operation::Addc>(word, extension);
-        case Operation::Subc: return twoOperand<Operation::Subc>(word, extension);
-        case Operation::Sub: return twoOperand<Operation::Sub>(word, extension);
-        case Operation::Cmp: return twoOperand<Operation::Cmp>(word, extension);
-        case Operation::Dadd: return twoOperand<Operation::Dadd>(word, extension);
-        case Operation::Bit: return twoOperand<Operation::Bit>(word, extension);
-        case Operation::Bic: return twoOperand<Operation::Bic>(word, extension);
-        case Operation::Bis: return twoOperand<Operation::Bis>(word, extension);
-        case Operation::Xor: return twoOperand<Operation::Xor>(word, extension);
-        case Operation::And: return twoOperand<Operation::And>(word, extension);
         case Operation::Jne: return jump(word, !flag(MSP430Status::Z));
         case Operation::Jeq: return jump(word, flag(MSP430Status::Z));
         case Operation::Jnc: return jump(word, !flag(MSP430Status::C));
@@ -200,13 +194,52 @@ private:
         return operation == Operation::Cmp || operation == Operation::Bit;
     }
 
-    template <Operation operation, class Extension>
-    unsigned twoOperand(unsigned word, Extension extension)
+    static constexpr unsigned FirstTwoOperand = 0x4000;
+
+    unsigned dispatchTwoOperand(Operation operation, unsigned word, MSP430Extension extension)
     {
-        const OperandSize size = sizeOf(word, extension);
-        const int destinationMode = static_cast<int>(word >> 7 & 1);
+        switch (operation) {
+        case Operation::Mov: return twoOperand<Operation::Mov>(word, word, extension);
+        case Operation::Add: return twoOperand<Operation::Add>(word, word, extension);
+        case Operation::Addc: return twoOperand<Operation::Addc>(word, word, extension);
+        case Operation::Subc: return twoOperand<Operation::Subc>(word, word, extension);
+        case Operation::Sub: return twoOperand<Operation::Sub>(word, word, extension);
+        case Operation::Cmp: return twoOperand<Operation::Cmp>(word, word, extension);
+        case Operation::Dadd: return twoOperand<Operation::Dadd>(word, word, extension);
+        case Operation::Bit: return twoOperand<Operation::Bit>(word, word, extension);
+        case Operation::Bic: return twoOperand<Operation::Bic>(word, word, extension);
+        case Operation::Bis: return twoOperand<Operation::Bis>(word, word, extension);
+        case Operation::Xor: return twoOperand<Operation::Xor>(word, word, extension);
+        default: return twoOperand<Operation::And>(word, word, extension);
+        }
+    }
+
+    /// Executes the plain instructions of one opcode with one choice of size and addressing modes,
+    /// bits 7 to 4, which the compiler then sees as constants.
+    template <Operation operation, unsigned modes>
+    static unsigned handle(MSP430Core& core, unsigned word)
+    {
+        return core.twoOperand<operation>(word, modes << 4, MSP430NoExtension{});
+    }
+
+    using Handler = unsigned (*)(MSP430Core&, unsigned);
+    template <std::size_t... index>
+    static constexpr std::array<Handler, sizeof...(index)> makeHandlers(std::index_sequence<index...>)
+    {
+        constexpr auto first = static_cast<std::size_t>(Operation::Mov);
+        return {&handle<static_cast<Operation>(first + index / 16), index % 16>...};
+    }
+    /// By opcode from 4 on and, within one, by bits 7 to 4.
+    static constexpr auto handlers = makeHandlers(std::make_index_sequence<12 * 16>());
+
+    /// `word` gives the registers, bits 7 to 4 of `modes` the size and the addressing modes.
+    template <Operation operation, class Extension>
+    [[gnu::always_inline]] unsigned twoOperand(unsigned word, unsigned modes, Extension extension)
+    {
+        const OperandSize size = sizeOf(modes, extension);
+        const int destinationMode = static_cast<int>(modes >> 7 & 1);
         const int reg = registerOf(word);
-        const unsigned source = sourceOperand(sourceOf(word), modeOf(word), size, extension);
+        const unsigned source = sourceOperand(sourceOf(word), modeOf(modes), size, extension);
         const unsigned destination = destinationOperand(reg, destinationMode, size, extension);
         if constexpr (operation == Operation::Dadd) {
             decimalAdd(size, source, destination);

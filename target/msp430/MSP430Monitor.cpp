@@ -151,18 +151,24 @@ unsigned MSP430Monitor::runUnwatched(unsigned passes)
     std::uint32_t* const registers = m_registers.values();
     const std::uint64_t deadline
         = std::min(m_lastPoll + static_cast<std::uint64_t>(m_pollInterval), m_limits.cycles);
+    const std::span<std::uint32_t> executions = counts();
+    const std::uint32_t base = countBase();
+    RunCore& core = *m_core;
+    const MemoryImage& image = *m_image;
     std::uint64_t cycles = m_cycleCount;
     unsigned done = 0;
-    while (done < passes && cycles < deadline && !sleeping()) {
+    while (done < passes && cycles < deadline
+           && (registers[MSP430Register::SR] & MSP430Status::CPUOFF) == 0) {
         const std::uint32_t pc = registers[MSP430Register::PC];
-        if (!m_core->isPlainWord(pc))
+        if (!core.isPlainWord(pc))
             break;
-        const unsigned word = m_image->word(pc);
+        const unsigned word = image.word(pc);
         if (word == SoftwareBreakpoint)
             break;
-        countExecution(pc);
+        if (pc - base < executions.size())
+            ++executions[pc - base];
         registers[MSP430Register::PC] = pc + 2;
-        cycles += m_core->execute(word);
+        cycles += core.execute(word);
         ++done;
         if (m_stopped || m_errors.mustStop())
             break;

@@ -98,7 +98,7 @@ protected:
         return static_cast<unsigned>(static_cast<std::int16_t>(word));
     }
 
-    unsigned readMemory(OperandSize size, unsigned address)
+    [[gnu::always_inline]] unsigned readMemory(OperandSize size, unsigned address)
     {
         if (size == OperandSize::Word)
             return owner().readWord(address);
@@ -106,7 +106,7 @@ protected:
     }
 
     template <class Extension>
-    unsigned sourceOperand(int reg, int mode, OperandSize size, Extension extension)
+    [[gnu::always_inline]] unsigned sourceOperand(int reg, int mode, OperandSize size, Extension extension)
     {
         m_sourceRegister = reg;
         m_sourceMode = mode;
@@ -122,7 +122,7 @@ protected:
     }
 
     template <class Extension>
-    unsigned destinationOperand(int reg, int mode, OperandSize size, Extension extension)
+    [[gnu::always_inline]] unsigned destinationOperand(int reg, int mode, OperandSize size, Extension extension)
     {
         m_destinationRegister = reg;
         m_destinationMode = mode;
@@ -133,7 +133,7 @@ protected:
     }
 
     /// Writes where the last destination operand was read.
-    void writeBack(OperandSize size, unsigned value)
+    [[gnu::always_inline]] void writeBack(OperandSize size, unsigned value)
     {
         if (m_destinationMode == 0)
             owner().setRegister(m_destinationRegister, maskOperand(size, value));
@@ -141,7 +141,7 @@ protected:
             writeMemory(size, m_destinationAddress, value);
     }
 
-    void writeMemory(OperandSize size, unsigned address, unsigned value)
+    [[gnu::always_inline]] void writeMemory(OperandSize size, unsigned address, unsigned value)
     {
         if (size == OperandSize::Word)
             owner().writeWord(address, value & 0xFFFF);
@@ -161,7 +161,7 @@ private:
     }
 
     template <class Extension>
-    unsigned incrementOperand(int reg, OperandSize size, Extension extension)
+    [[gnu::always_inline]] unsigned incrementOperand(int reg, OperandSize size, Extension extension)
     {
         if (Extension::present && reg == MSP430Register::PC)
             return maskOperand(size, owner().Ifetch() | extension.sourceHigh());
@@ -172,7 +172,7 @@ private:
     }
 
     template <class Extension>
-    unsigned indexedAddress(int reg, Extension, unsigned high)
+    [[gnu::always_inline]] unsigned indexedAddress(int reg, Extension, unsigned high)
     {
         const unsigned word = owner().Ifetch();
         const unsigned offset = Extension::present ? high | word : signExtendWord(word);
