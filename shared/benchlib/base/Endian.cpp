@@ -10,7 +10,7 @@ struct BitField {
 BitField locate(unsigned size, unsigned bitOffset, unsigned bitWidth, bool lowFirst)
 {
     const unsigned bits = size * 8;
-    const unsigned shift = lowFirst ? bitOffset : bits - (bitOffset % bits + bitWidth);
+    const unsigned shift = lowFirst || bits == 0 ? bitOffset : bits - (bitOffset % bits + bitWidth);
     const std::uint64_t mask = bitWidth >= 64 ? ~std::uint64_t{0}
                                               : (std::uint64_t{1} << bitWidth) - 1;
     return {shift & 63, mask};
