@@ -1,0 +1,26 @@
+#pragma once
+
+#include "toolchain/common/Options.h"
+#include "toolchain/kcc/ObjectConverter.h"
+
+#include <string>
+#include <vector>
+
+/// What a call of kcc asks for.
+struct CompilerOptions {
+    bool preprocessOnly = false;
+    bool verbose = false;
+    bool debugInformation = false;
+    bool suppressWarnings = false;
+    bool warningsAreErrors = false;
+    bool enforceAnsi = false;
+    bool keepLocalsInMemory = false;
+    std::string optimization = "-Os";
+    std::string output;
+    std::vector<std::string> preprocessor; ///< -D, -U and -I as given
+    std::vector<std::string> systemIncludes;
+    SectionNames sections;
+};
+
+/// The command line as options of the tool; they write to `options`, which must outlive them.
+std::vector<ToolOption> compilerOptionTable(CompilerOptions& options);

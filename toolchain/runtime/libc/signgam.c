@@ -1,0 +1,7 @@
+#include <math.h>
+
+int _signgam_state;
+
+int *__signgam(void) {
+  return &_signgam_state;
+}
