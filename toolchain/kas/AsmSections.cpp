@@ -110,7 +110,7 @@ AsmSections::Section& AsmSections::open(const std::string& name, unsigned flags)
         section.section->setFlags(flags);
         m_module->addSection(section.section);
     }
-    if (section.last != Last::Code && section.openLinkIfs.empty())
+    if (section.last != Last::Code && dividable(section))
         section.begun = false;
     return section;
 }
@@ -125,12 +125,8 @@ AsmSections::Section& AsmSections::required()
 void AsmSections::add(TOBFInsn* insn, Flow flow)
 {
     Section& section = required();
-    if (insn->kind() == TOBFKind::OriginInsn && section.last != Last::Code &&
-        section.openLinkIfs.empty()) {
-        section.section->newFragment();
-        section.begun = true;
-        ++m_fragments;
-    }
+    if (insn->kind() == TOBFKind::OriginInsn)
+        beginAtOrigin(section);
     if (!section.begun)
         beginFragment(section);
     section.section->addInsn(insn);
@@ -152,8 +148,25 @@ void AsmSections::beginUnit()
 {
     Section& section = required();
     const bool apart = section.last == Last::Transfer || section.last == Last::Data;
-    if (apart && section.openLinkIfs.empty())
+    if (apart && dividable(section))
         beginFragment(section);
+}
+
+bool AsmSections::dividable(const Section& section) const
+{
+    return section.openLinkIfs.empty() && !section.fixed;
+}
+
+/// A fragment has one origin, and that decides where all of it stands.
+void AsmSections::beginAtOrigin(Section& section)
+{
+    if (!section.openLinkIfs.empty())
+        throw AsmError{"'.org' inside of '.linkif'"};
+    section.section->newFragment();
+    section.begun = section.fixed = true;
+    section.last = Last::Nothing;
+    section.alignment = 0;
+    ++m_fragments;
 }
 
 /// The new fragment is aligned as the place is at which it begins, since it may come to stand

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "objfile/model/TOBFModule.h"
+#include "toolchain/common/SectionNames.h"
 #include "toolchain/kas/AsmLine.h"
 
 #include <optional>
@@ -8,15 +9,6 @@
 
 /// The sections that the assembler knows by their purpose.
 enum class DefaultSection { Code, Data, Zeroed, Const, Vectors };
-
-/// The names that options may change.
-struct SectionNames {
-    std::string code = "CODE";
-    std::string data = "IDATA0";
-    std::string zeroed = "UDATA0";
-    std::string constant = "CONST";
-    std::string vectors = "INTVEC";
-};
 
 /// Appends items to sections and divides them into fragments, the units that the linker keeps or
 /// drops whole. Code that can run into what follows is never divided.
@@ -66,13 +58,16 @@ private:
         Parity parity = Parity::Even;
         Last last = Last::Nothing;
         int alignment = 0;       ///< of an alignment that nothing has followed yet
-        bool begun = false;      ///< has a fragment
+        bool begun = false;      ///< has a fragment to go on with
+        bool fixed = false;      ///< what follows counts from an origin, so it stays together
         std::vector<SourceLocation> openLinkIfs;
     };
 
     Section& required();
     Section& open(const std::string& name, unsigned flags);
+    bool dividable(const Section& section) const;
     void beginFragment(Section& section);
+    void beginAtOrigin(Section& section);
     void follow(Section& section, TOBFInsn* insn);
 
     TOBFModule* m_module;

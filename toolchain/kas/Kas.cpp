@@ -51,9 +51,15 @@ std::vector<ToolOption> optionsFor(Request& request, Diagnostics& diagnostics)
         {"-g", Option::Flag, "record source lines for the debugger",
          set(request.assembler.debugInformation)},
         {"-w", Option::Flag, "print no warnings",
-         [&](const std::string&) { diagnostics.suppressWarnings(true); }},
+         [&](const std::string&) {
+             diagnostics.suppressWarnings(true);
+             request.preprocessor.suppressWarnings = true;
+         }},
         {"-we", Option::Flag, "treat warnings as errors",
-         [&](const std::string&) { diagnostics.treatWarningsAsErrors(true); }},
+         [&](const std::string&) {
+             diagnostics.treatWarningsAsErrors(true);
+             request.preprocessor.warningsAreErrors = true;
+         }},
         {"-V", Option::Flag, "say what is done", set(request.verbose)},
         {"-Rc,", Option::Attached, "the code section's name, instead of CODE", store(names.code)},
         {"-Rd,", Option::Attached, "the initialised data's, instead of IDATA0", store(names.data)},
@@ -121,10 +127,8 @@ void assembleFile(const std::string& path, Request& request, Diagnostics& diagno
                                           request.preprocessor.systemIncludes.end());
     Assembler assembler(request.assembler, diagnostics);
     assembler.addDependency(path);
-    const AsmLinesPtr lines = readStatements(path, request, assembler, diagnostics);
-    if (diagnostics.failed())
-        return;
-    TOBFModule* module = assembler.assemble(lines, path);
+    TOBFModule* module =
+        assembler.assemble(readStatements(path, request, assembler, diagnostics), path);
     if (diagnostics.failed())
         return;
     module->setAttribute(HString::intern("dependencies"),
