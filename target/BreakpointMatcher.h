@@ -1,0 +1,40 @@
+#pragma once
+
+#include "target/HBreakpoint.h"
+
+#include <vector>
+
+/// Tests what the simulated target does against the breakpoints that are set. Triggers: 0 execute,
+/// 1 read, 2 write, 3 either access.
+class BreakpointMatcher {
+public:
+    static constexpr std::uint32_t Execute = 0, Read = 1, Write = 2, ReadWrite = 3;
+
+    void add(HBreakpoint* breakpoint) { m_breakpoints.push_back(breakpoint); }
+    bool remove(HBreakpoint* breakpoint);
+    void clear();
+    std::size_t count() const { return m_breakpoints.size(); }
+
+    HBreakpoint* matched() const { return m_matched; }
+    std::uint32_t matchedAddress() const { return m_matchedAddress; }
+    std::uint32_t matchedData() const { return m_matchedData; }
+    void resetMatched() { m_matched = nullptr; }
+
+    /// True if nothing can match and nothing has.
+    bool idle() const { return m_breakpoints.empty() && m_matched == nullptr; }
+    /// True if accesses of memory or registers have to be reported.
+    bool watchesData() const;
+
+    void matchCode(std::uint32_t pc);
+    /// `size` is 1 or 2 bytes.
+    void matchRegister(std::uint32_t number, unsigned size, std::uint32_t value, bool read);
+    void matchData(std::uint32_t address, unsigned size, std::uint32_t value, bool read);
+
+private:
+    void setMatched(HBreakpoint* breakpoint, std::uint32_t address, std::uint32_t data);
+
+    std::vector<HBreakpoint*> m_breakpoints;
+    HBreakpoint* m_matched = nullptr;
+    std::uint32_t m_matchedAddress = 0;
+    std::uint32_t m_matchedData = 0;
+};
