@@ -1,0 +1,22 @@
+; long __mspabi_mpyl(long, long): R12:R13 = R12:R13 * R14:R15 by the 32-bit multiplier. Its
+; registers: 16 and 18 operand, 32 and 34 second operand and start, 36 to 42 result.
+    .text
+    .global __mspabi_mpyl
+__mspabi_mpyl:
+    push    r2
+    dint
+    nop
+    mov     r12, &__multiplier+16
+    mov     r13, &__multiplier+18
+    mov     r14, &__multiplier+32
+    mov     r15, &__multiplier+34
+    ; Five cycles after the start the lower half of the result is there.
+    nop
+    nop
+    nop
+    nop
+    nop
+    mov     &__multiplier+36, r12
+    mov     &__multiplier+38, r13
+    pop     r2
+    ret
