@@ -88,8 +88,7 @@ void BreakpointMatcher::matchCode(std::uint32_t pc)
 {
     m_matched = nullptr;
     for (HBreakpoint* breakpoint : m_breakpoints)
-        if (breakpoint->enabled && breakpoint->trigger == Execute && !breakpoint->isRegister
-            && covers(*breakpoint, pc))
+        if (matchesCode(*breakpoint, pc))
             setMatched(breakpoint, pc, 0);
 }
 

@@ -20,17 +20,28 @@ public:
     std::uint32_t matchedData() const { return m_matchedData; }
     void resetMatched() { m_matched = nullptr; }
 
-    /// True if nothing can match and nothing has.
-    bool idle() const { return m_breakpoints.empty() && m_matched == nullptr; }
     /// True if accesses of memory or registers have to be reported.
     bool watchesData() const;
 
+    /// True if an enabled breakpoint covers the PC; changes nothing.
+    bool wouldMatchCode(std::uint32_t pc) const
+    {
+        for (const HBreakpoint* breakpoint : m_breakpoints)
+            if (matchesCode(*breakpoint, pc))
+                return true;
+        return false;
+    }
     void matchCode(std::uint32_t pc);
     /// `size` is 1 or 2 bytes.
     void matchRegister(std::uint32_t number, unsigned size, std::uint32_t value, bool read);
     void matchData(std::uint32_t address, unsigned size, std::uint32_t value, bool read);
 
 private:
+    static bool matchesCode(const HBreakpoint& breakpoint, std::uint32_t pc)
+    {
+        return breakpoint.enabled && breakpoint.trigger == Execute && !breakpoint.isRegister
+            && (pc - breakpoint.address < breakpoint.length) != breakpoint.inverse;
+    }
     void setMatched(HBreakpoint* breakpoint, std::uint32_t address, std::uint32_t data);
 
     std::vector<HBreakpoint*> m_breakpoints;

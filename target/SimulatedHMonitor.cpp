@@ -79,7 +79,7 @@ void SimulatedHMonitor::go()
     m_stopReason = StopReason::Requested;
     m_errors.clearCurrent();
     while (!m_stopped) {
-        if (!m_traceEnabled && m_matcher.idle())
+        if (!m_traceEnabled && m_matcher.matched() == nullptr && !m_matcher.watchesData())
             passesUnwatched();
         if (!m_stopped)
             pass();

@@ -155,6 +155,7 @@ unsigned MSP430Monitor::runUnwatched(unsigned passes)
     const std::uint32_t base = countBase();
     RunCore& core = *m_core;
     const MemoryImage& image = *m_image;
+    const bool breakpoints = m_matcher.count() > 0;
     std::uint64_t cycles = m_cycleCount;
     unsigned done = 0;
     while (done < passes && cycles < deadline
@@ -163,7 +164,7 @@ unsigned MSP430Monitor::runUnwatched(unsigned passes)
         if (!core.isPlainWord(pc))
             break;
         const unsigned word = image.word(pc);
-        if (word == SoftwareBreakpoint)
+        if (word == SoftwareBreakpoint || (breakpoints && m_matcher.wouldMatchCode(pc)))
             break;
         if (pc - base < executions.size())
             ++executions[pc - base];

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "objfile/model/TOBFModule.h"
+#include "toolchain/common/SectionNames.h"
 #include "toolchain/kcc/CodeDecoder.h"
 #include "toolchain/kcc/ElfObject.h"
 
@@ -11,15 +12,6 @@
 class TOBFFilename;
 class TOBFInsn;
 class TOBFMarker;
-
-/// The names of the sections that compiled code and data go to.
-struct SectionNames {
-    std::string code = "CODE";
-    std::string data = "IDATA0";
-    std::string zeroed = "UDATA0";
-    std::string constant = "CONST";
-    std::string vectors = "INTVEC";
-};
 
 /// Turns an object file of the compiler into a module of the object model. Each of its sections
 /// becomes a fragment. Every address is kept as a symbol or a label, so that nothing is bound to
