@@ -3,11 +3,8 @@
     .text
     .global __heap_limit
 __heap_limit:
-    .linkif heap_size
-    mov     #__heap_start, r12
-    add     #heap_size, r12
-    .endlinkif
-    .linkif !heap_size
     sub     #128, r12
+    .linkif heap_size
+    mov     #__heap_start+heap_size, r12
     .endlinkif
     ret

@@ -1,4 +1,4 @@
-#include "../formatters/formatter.h"
+#include "../../formatters/formatter.h"
 
 #include <stdint.h>
 #include <stdio.h>
