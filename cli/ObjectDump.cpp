@@ -124,7 +124,7 @@ void ObjectDump::sections(TOBFModule* module)
 void ObjectDump::symbols(TOBFModule* module)
 {
     for (TOBFSymbol* symbol : module->allSymbols())
-        if (symbol->scope() == nullptr)
+        if (symbol->scope() == nullptr && symbol->name()->length() > 0)
             printSymbol(symbol, 1, module->publicSymbols().contains(symbol->getName()));
     printScope(module, 0, module->publicSymbols());
 }
