@@ -262,7 +262,7 @@ TEST_F(MonitorTest, InterruptsAreTakenFromTheHighestDown)
 
 TEST_F(MonitorTest, ASleepingProcessorWaitsForAnInterrupt)
 {
-    load({0xD232, 0x4305}); // eint + cpuoff: bis #8, sr stands in for the test's own SR below
+    load({0x4303});
     load({0x9000}, 0xFFF0);
     load({0x4315, 0x3FFF}, 0x9000);
     setReg(1, 0x400);
