@@ -8,6 +8,8 @@
 // Those of the calls and the stack have their expectations in tables.
 #include "target/msp430/MSP430Monitor.h"
 
+#include <QRegularExpression>
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -15,7 +17,7 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
-#include <regex>
+#include <sstream>
 
 namespace {
 
@@ -144,27 +146,23 @@ void writeCommands(std::ostream& out, const std::vector<RandomCase>& cases)
 /// The register block behind each step and the memory dump behind it.
 std::vector<Outcome> parseOutput(const std::string& output, const std::vector<RandomCase>& cases)
 {
-    static const std::regex registerLine(R"(\( ?(PC|SP|SR|R\d+): ([0-9a-f]+)\))");
-    static const std::regex dumpLine("^    0[0-9a-f]{4}: ((?:[0-9a-f]{2} ){16})\\|");
+    static const QRegularExpression registerCell(QStringLiteral(R"(\( ?(PC|SP|SR|R\d+): ([0-9a-f]+)\))"));
+    static const QRegularExpression dumpLine(QStringLiteral(R"(^    0[0-9a-f]{4}: ((?:[0-9a-f]{2} ){16})\|)"));
+    MSP430Registers names;
     std::vector<Outcome> outcomes;
     Outcome current;
     std::istringstream lines(output);
-    for (std::string line; std::getline(lines, line);) {
-        std::smatch match;
-        if (std::regex_search(line, match, dumpLine)) {
-            current.data += match[1];
-            if (current.data.size() == 3 * dataLength) {
-                current.registers[2] &= cases[outcomes.size()].flags;
-                outcomes.push_back(current);
-                current = {};
-            }
+    for (std::string text; std::getline(lines, text);) {
+        const QString line = QString::fromStdString(text);
+        for (const auto& match : registerCell.globalMatch(line))
+            current.registers[static_cast<unsigned>(names.nameToNumber(match.captured(1)))]
+                = match.captured(2).toUInt(nullptr, 16);
+        current.data += dumpLine.match(line).captured(1).toStdString();
+        if (current.data.size() < 3 * dataLength || outcomes.size() == cases.size())
             continue;
-        }
-        for (auto at = line.cbegin(); std::regex_search(at, line.cend(), match, registerLine); at = match[0].second) {
-            MSP430Registers names;
-            current.registers[static_cast<unsigned>(names.nameToNumber(QString::fromStdString(match[1])))]
-                = static_cast<unsigned>(std::stoul(match[2], nullptr, 16));
-        }
+        current.registers[2] &= cases[outcomes.size()].flags;
+        outcomes.push_back(current);
+        current = {};
     }
     return outcomes;
 }
