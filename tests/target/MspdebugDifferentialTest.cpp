@@ -1,12 +1,14 @@
-// Single random instructions in this simulator and in `mspdebug sim`, which was written from TI's
-// manuals by others. Left out is what the two document differently:
-// - DADD, RETI, CALL and PUSH of bytes or of SP: the peer's rules are its own;
-// - flags after a write to SR, and anything that uses SP or SR as a pointer or a destination;
-// - MSP430X instructions, which the peer doesn't simulate;
+// Single random instructions in this simulator and in `mspdebug sim`, which was written from the same
+// manuals by others. Left out is what the two take differently, or one of them not at all:
+// - V after RRC, which is set here where a clear top bit receives a set carry;
 // - RRC, RRA, SWPB and SXT with indirect operands, which take the indexed rule here;
-// - V after RRC and SXT: the peer leaves or clears it by rules of its own;
-// - V after XOR of bytes and words, which the peer gives its own meaning.
+// - bytes through SP with increment, SR and R3 as destinations, and DADD, whose digits above 9 and V
+//   no manual defines;
+// - MSP430X instructions, which the peer doesn't simulate.
+// Those of the calls and the stack have their expectations in tables.
 #include "target/msp430/MSP430Monitor.h"
+
+#include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
@@ -15,7 +17,7 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
-#include <regex>
+#include <sstream>
 
 namespace {
 
@@ -75,8 +77,6 @@ private:
         const unsigned memory = pick(0, 1);
         // The destination isn't a register that the source has just moved.
         const unsigned destination = memory != 0 ? pick(8, 11) : pick(4, 7);
-        if (opcode == 14)
-            made.flags &= ~0x100u;
         return opcode << 12 | source << 8 | memory << 7 | pick(0, 1) << 6 | mode << 4 | destination;
     }
 
@@ -84,7 +84,7 @@ private:
     {
         static constexpr unsigned opcodes[] = {0x1000, 0x1040, 0x1080, 0x1100, 0x1140, 0x1180};
         const unsigned opcode = opcodes[pick(0, 5)];
-        if (opcode == 0x1000 || opcode == 0x1040 || opcode == 0x1180)
+        if (opcode == 0x1000 || opcode == 0x1040)
             made.flags &= ~0x100u;
         return pick(0, 1) == 0 ? opcode | pick(4, 7) : opcode | 0x10 | pick(8, 11);
     }
@@ -146,27 +146,23 @@ void writeCommands(std::ostream& out, const std::vector<RandomCase>& cases)
 /// The register block behind each step and the memory dump behind it.
 std::vector<Outcome> parseOutput(const std::string& output, const std::vector<RandomCase>& cases)
 {
-    static const std::regex registerLine(R"(\( ?(PC|SP|SR|R\d+): ([0-9a-f]+)\))");
-    static const std::regex dumpLine("^    0[0-9a-f]{4}: ((?:[0-9a-f]{2} ){16})\\|");
+    static const QRegularExpression registerCell(QStringLiteral(R"(\( ?(PC|SP|SR|R\d+): ([0-9a-f]+)\))"));
+    static const QRegularExpression dumpLine(QStringLiteral(R"(^    0[0-9a-f]{4}: ((?:[0-9a-f]{2} ){16})\|)"));
+    MSP430Registers names;
     std::vector<Outcome> outcomes;
     Outcome current;
     std::istringstream lines(output);
-    for (std::string line; std::getline(lines, line);) {
-        std::smatch match;
-        if (std::regex_search(line, match, dumpLine)) {
-            current.data += match[1];
-            if (current.data.size() == 3 * dataLength) {
-                current.registers[2] &= cases[outcomes.size()].flags;
-                outcomes.push_back(current);
-                current = {};
-            }
+    for (std::string text; std::getline(lines, text);) {
+        const QString line = QString::fromStdString(text);
+        for (const auto& match : registerCell.globalMatch(line))
+            current.registers[static_cast<unsigned>(names.nameToNumber(match.captured(1)))]
+                = match.captured(2).toUInt(nullptr, 16);
+        current.data += dumpLine.match(line).captured(1).toStdString();
+        if (current.data.size() < 3 * dataLength || outcomes.size() == cases.size())
             continue;
-        }
-        for (auto at = line.cbegin(); std::regex_search(at, line.cend(), match, registerLine); at = match[0].second) {
-            MSP430Registers names;
-            current.registers[static_cast<unsigned>(names.nameToNumber(QString::fromStdString(match[1])))]
-                = static_cast<unsigned>(std::stoul(match[2], nullptr, 16));
-        }
+        current.registers[2] &= cases[outcomes.size()].flags;
+        outcomes.push_back(current);
+        current = {};
     }
     return outcomes;
 }
