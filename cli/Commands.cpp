@@ -1,5 +1,6 @@
 #include "cli/Command.h"
 #include "cli/ConvertCommand.h"
+#include "cli/DumpCommand.h"
 #include "cli/RunCommand.h"
 
 #include <vector>
@@ -8,6 +9,7 @@ std::span<const Command> commands()
 {
     static const std::vector<Command> all = {
         {"convert", "IN OUT [--from ID] [--to ID] [--address A] [--fill BYTE]", convertCommand},
+        {"dump", "FILE [--sections] [--symbols] [--types] [--lines] [--listing]", dumpCommand},
         {"run",
          "PROGRAM [--device NAME] [--type ID] [--address A] [--fill BYTE] [--pc A] [--steps N] [--max-cycles N] "
          "[--break EXPR]... [--stdin FILE] [--peripherals FILE] [--trace N] [--counts] [--registers] [--stats] "

@@ -81,6 +81,8 @@ public:
     }
 
     TOBFSymbol* symbol() const { return m_symbol; }
+    /// Lets the expression name another symbol, for a linker that knows the definition.
+    void setSymbol(TOBFSymbol* symbol) { m_symbol = symbol; }
     bool equals(const TOBFExpr* other) const override;
     TOBFValue evaluate() const override;
     std::string printString() override;

@@ -227,12 +227,13 @@ void AsmDirectives::endLinkIf(int)
 
 void AsmDirectives::ifHolds(int)
 {
-    bool holds = false;
-    if (m_asm.m_conditions.active())
-        holds = m_asm.m_expressions.parseKnown(m_tokens, m_asm.m_where, "condition") != 0;
+    const bool evaluate = m_asm.m_conditions.active();
+    m_asm.m_conditions.begin(false, m_asm.m_where);
+    if (evaluate)
+        m_asm.m_conditions.alternative(
+            m_asm.m_expressions.parseKnown(m_tokens, m_asm.m_where, "condition") != 0);
     else
         m_tokens.skipRest();
-    m_asm.m_conditions.begin(holds, m_asm.m_where);
 }
 
 void AsmDirectives::ifDefined(int defined)

@@ -72,7 +72,7 @@ private:
     /// Does something for each of the values between commas, of which there is at least one.
     template <typename Visit> void forEachValue(Visit visit);
     std::optional<SectionKind> sectionKind(bool& conventional);
-    void collect(const char* end, AsmMacro macro, std::size_t repeats, std::vector<std::string> values);
+    void collect(const char* end);
 
     Assembler& m_asm;
     AsmTokens& m_tokens;

@@ -10,17 +10,21 @@ constexpr std::int64_t MaximumRepeats = 1'000'000;
 
 } // namespace
 
-void AsmDirectives::collect(const char* end, AsmMacro macro, std::size_t repeats,
-                            std::vector<std::string> values)
+/// Starts to collect lines. What they are for is set behind this, so that they are collected even
+/// if the directive is wrong.
+void AsmDirectives::collect(const char* end)
 {
-    m_asm.m_collection = Assembler::Collection{end,     0,  std::move(macro), repeats,
-                                               std::move(values), {}, m_asm.m_where};
-    m_tokens.skipRest();
+    m_asm.m_collection.emplace();
+    m_asm.m_collection->end = end;
+    m_asm.m_collection->where = m_asm.m_where;
 }
 
 void AsmDirectives::macro(int)
 {
-    collect(".endm", AsmMacros::parseHeader(m_tokens.rest()), 1, {});
+    const std::string_view header = m_tokens.rest();
+    collect(".endm");
+    m_tokens.skipRest();
+    m_asm.m_collection->macro = AsmMacros::parseHeader(header);
 }
 
 void AsmDirectives::endMacro(int)
@@ -38,19 +42,20 @@ void AsmDirectives::exitMacro(int)
 
 void AsmDirectives::repeat(int)
 {
-    collect(".endr", {}, static_cast<std::size_t>(known("count", 0, MaximumRepeats)), {});
+    collect(".endr");
+    m_asm.m_collection->repeats = static_cast<std::size_t>(known("count", 0, MaximumRepeats));
 }
 
 /// `NAME, VALUE, …`
 void AsmDirectives::repeatFor(int)
 {
     std::vector<std::string> values = splitArguments(m_tokens.rest());
+    collect(".endr");
+    m_tokens.skipRest();
     if (values.empty() || values[0].empty())
         throw AsmError{"missing parameter"};
-    AsmMacro macro;
-    macro.name = values[0];
-    values.erase(values.begin());
-    collect(".endr", std::move(macro), 1, std::move(values));
+    m_asm.m_collection->macro.name = values[0];
+    m_asm.m_collection->values.assign(values.begin() + 1, values.end());
 }
 
 void AsmDirectives::endRepeat(int)

@@ -174,7 +174,10 @@ void AsmInstructions::twoOperand(const Form& form, const AsmOperand& source,
 {
     const Source from = encodeSource(source, form);
     checkValue(destination, form);
-    const bool registersOnly = from.word == nullptr && destination.mode == AsmOperand::Register;
+    // The constant 0 comes from a register, R3, without any mode bits.
+    const bool fromRegister = source.mode == AsmOperand::Register ||
+                              (source.mode == AsmOperand::Immediate && knownValue(source.value) == 0);
+    const bool registersOnly = fromRegister && destination.mode == AsmOperand::Register;
     const std::uint32_t prefix = form.extended ? extension(form, registersOnly) : 0;
     const bool byte = form.extended ? form.size != Size::Word : form.size == Size::Byte;
     const std::uint32_t opcode = prefix | form.mnemonic->opcode | bits(from.reg, 8) |

@@ -36,7 +36,7 @@ private:
         std::string end; ///< the directive that ends it
         int nested = 0;
         AsmMacro macro;
-        std::size_t repeats = 1;
+        std::size_t repeats = 0;
         std::vector<std::string> values; ///< of `.irp`
         AsmLines lines;
         SourceLocation where;

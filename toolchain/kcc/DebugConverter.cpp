@@ -97,15 +97,15 @@ void DebugConverter::convertGlobal(const DwarfEntry& entry)
     setLocus(symbol, description);
 }
 
-void DebugConverter::setRange(TOBFScope* scope, const std::vector<DwarfRange>& ranges)
+void DebugConverter::setRange(TOBFScope* scope, const std::vector<DwarfRange>& ranges,
+                              std::size_t parent)
 {
-    if (ranges.empty())
-        return;
     DwarfRange whole = ranges.front();
     for (const DwarfRange& range : ranges) {
         whole.start = std::min(whole.start, range.start);
         whole.end = std::max(whole.end, range.end);
     }
+    m_scopes.push_back({scope, whole, parent});
     if (whole.start.section == 0 || whole.start.section != whole.end.section)
         return;
     scope->setRange(m_converter.codeLabel(whole.start), m_converter.codeLabel(whole.end));
@@ -136,27 +136,30 @@ void DebugConverter::convertFunction(unsigned index)
         return;
     auto* scope = new TOBFScope(TAG_SCOPE_FUNCTION);
     scope->setScope(m_converter.module());
-    setRange(scope, ranges);
+    m_scopes.clear();
+    m_variables.clear();
+    setRange(scope, ranges, 0);
     scope->setFunctionSymbol(symbol);
     const DwarfEntry& description = described(entry);
     TOBFFunctionType* type = m_types.makeFunction(description);
     setFunctionType(symbol, type, description, frame);
-    convertChildren(entry, scope, frame, type);
+    convertChildren(entry, 0, frame, type);
+    divideScopes(m_converter, m_scopes, m_variables);
 }
 
-void DebugConverter::convertBlock(const DwarfEntry& entry, TOBFScope* parent,
+void DebugConverter::convertBlock(const DwarfEntry& entry, std::size_t parent,
                                   const FunctionFrame& frame)
 {
     const std::vector<DwarfRange> ranges = m_unit.ranges(entry);
     if (ranges.empty())
         return;
     auto* scope = new TOBFScope(TAG_SCOPE_BLOCK);
-    scope->setScope(parent);
-    setRange(scope, ranges);
-    convertChildren(entry, scope, frame, nullptr);
+    scope->setScope(m_scopes[parent].scope);
+    setRange(scope, ranges, parent);
+    convertChildren(entry, m_scopes.size() - 1, frame, nullptr);
 }
 
-void DebugConverter::convertChildren(const DwarfEntry& entry, TOBFScope* scope,
+void DebugConverter::convertChildren(const DwarfEntry& entry, std::size_t scope,
                                      const FunctionFrame& frame, TOBFFunctionType* function)
 {
     for (const unsigned index : entry.children) {
@@ -164,7 +167,7 @@ void DebugConverter::convertChildren(const DwarfEntry& entry, TOBFScope* scope,
         switch (child.tag) {
         case Dwarf::TagFormalParameter:
         case Dwarf::TagVariable: {
-            TOBFSymbol* symbol = makeVariable(child, scope, frame);
+            TOBFSymbol* symbol = makeVariable(child, m_scopes[scope].scope, frame);
             if (symbol != nullptr && function != nullptr && child.tag == Dwarf::TagFormalParameter)
                 function->addParameter(symbol);
             break;
@@ -198,6 +201,8 @@ TOBFSymbol* DebugConverter::makeVariable(const DwarfEntry& entry, TOBFScope* sco
         else if (location != nullptr)
             ranged.push_back({*it.range, location});
     }
+    if (!ranged.empty())
+        m_variables.push_back({scope, symbol, std::move(ranged)});
     m_converter.module()->addSymbol(symbol);
     symbol->setScope(scope);
     return symbol;

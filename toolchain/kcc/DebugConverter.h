@@ -1,6 +1,7 @@
 #pragma once
 
 #include "toolchain/kcc/ObjectConverter.h"
+#include "toolchain/kcc/ScopeRanges.h"
 #include "toolchain/kcc/TypeConverter.h"
 #include "toolchain/kcc/VariableLocations.h"
 #include "toolchain/kcc/dwarf/DwarfUnit.h"
@@ -15,11 +16,13 @@ public:
 private:
     void convertGlobal(const DwarfEntry& entry);
     void convertFunction(unsigned index);
-    void convertBlock(const DwarfEntry& entry, TOBFScope* parent, const FunctionFrame& frame);
-    void convertChildren(const DwarfEntry& entry, TOBFScope* scope, const FunctionFrame& frame,
+    void convertBlock(const DwarfEntry& entry, std::size_t parent, const FunctionFrame& frame);
+    /// `scope` is an index into the scopes of the function.
+    void convertChildren(const DwarfEntry& entry, std::size_t scope, const FunctionFrame& frame,
                          TOBFFunctionType* function);
     TOBFSymbol* makeVariable(const DwarfEntry& entry, TOBFScope* scope, const FunctionFrame& frame);
-    void setRange(TOBFScope* scope, const std::vector<DwarfRange>& ranges);
+    /// Gives the scope the span of the ranges, which becomes one of the function's scopes too.
+    void setRange(TOBFScope* scope, const std::vector<DwarfRange>& ranges, std::size_t parent);
     void setLocus(TOBFSymbol* symbol, const DwarfEntry& entry);
     void setFunctionType(TOBFSymbol* symbol, TOBFFunctionType* type, const DwarfEntry& entry,
                          const FunctionFrame& frame);
@@ -29,6 +32,8 @@ private:
     ObjectConverter& m_converter;
     DwarfUnit m_unit;
     TypeConverter m_types;
+    std::vector<FunctionScope> m_scopes;     ///< of the function being converted
+    std::vector<MovingVariable> m_variables; ///< of that function
     std::vector<std::string> m_files;
     std::vector<TOBFFilename*> m_filenames;
 };

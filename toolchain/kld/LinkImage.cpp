@@ -205,6 +205,27 @@ TOBFFragment* LinkImage::addFragment(const std::string& section, unsigned flags)
     return own->newFragment();
 }
 
+/// Lets an expression name the symbols that define what it needs, in place of those of its own
+/// module that only stand for them.
+void LinkImage::bindDirectly(TOBFExpr* expr) const
+{
+    if (expr->kind() == TOBFKind::BinaryExpr) {
+        auto* binary = static_cast<TOBFBinaryExpr*>(expr);
+        bindDirectly(binary->left());
+        if (binary->right() != nullptr)
+            bindDirectly(binary->right());
+    } else if (expr->kind() == TOBFKind::SymbolExpr) {
+        auto* reference = static_cast<TOBFSymbolExpr*>(expr);
+        constexpr int LongestChain = 100; // symbols may be defined by each other
+        for (int i = 0; i < LongestChain; ++i) {
+            TOBFExpr* definition = reference->symbol()->definition();
+            if (definition == nullptr || definition->kind() != TOBFKind::SymbolExpr)
+                break;
+            reference->setSymbol(static_cast<TOBFSymbolExpr*>(definition)->symbol());
+        }
+    }
+}
+
 /// A fragment starts with a break, which is what a reader puts there when it finds an address. One
 /// without source positions must not inherit the last one of the fragment before it.
 void LinkImage::tidyFragment(TOBFFragment* fragment) const
@@ -215,6 +236,10 @@ void LinkImage::tidyFragment(TOBFFragment* fragment) const
     });
     if (hasPositions && !m_options.debugInformation)
         insns.remove_if([](TOBFInsn* insn) { return insn->kind() == TOBFKind::Locus; });
+    for (TOBFInsn* insn : insns)
+        for (int i = 0; i < 2; ++i)
+            if (insn->operand(i) != nullptr)
+                bindDirectly(insn->operand(i));
     const auto front = [&](TOBFInsn* insn) {
         insn->setFragment(fragment);
         insns.push_front(insn);

@@ -63,6 +63,7 @@ private:
     void collectScope(TOBFScope* scope);
     bool isCollected(TOBFExpr* definition) const;
     TOBFSection* sectionLike(TOBFSection* section, const LinkModule& module);
+    void bindDirectly(TOBFExpr* expr) const;
     void tidyFragment(TOBFFragment* fragment) const;
 
     static LinkImage* s_binding; ///< whose symbols the running walk binds
