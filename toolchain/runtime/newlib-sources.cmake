@@ -8,8 +8,8 @@ set(NEWLIB_LIBC_SOURCES
   search: bsearch qsort tdelete tdestroy tfind tsearch twalk
   stdlib: abs div imaxabs imaxdiv itoa labs ldiv llabs lldiv rand_r utoa
   string: bcmp bcopy bzero ffsl ffsll fls flsl flsll index memccpy memchr memcmp memmem mempcpy
-    memrchr rawmemchr rindex stpcpy stpncpy strcasecmp strcasestr strcat strchr strchrnul strcmp
-    strcoll strcpy strcspn strerror strlcat strlcpy strlwr strncasecmp strncat strncmp strncpy
+    memrchr rawmemchr rindex stpcpy stpncpy strcasestr strcat strchr strchrnul strcmp
+    strcoll strcpy strcspn strerror strlcat strlcpy strlwr strncat strncmp strncpy
     strnlen strnstr strpbrk strrchr strsep strspn strstr strtok_r strupr strverscmp strxfrm
     u_strerr
   time: difftime gmtime_r month_lengths)
