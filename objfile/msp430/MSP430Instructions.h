@@ -104,6 +104,16 @@ inline constexpr auto msp430Instructions = std::to_array<MSP430Instruction>({
     {"SUBA", 0x00F0, 0xF0F0, MSP430Format::AddressMove, MSP430Operation::Suba},
 });
 
+/// The fixed bits of an operation's instruction word; of those with a 20-bit and a word form, the
+/// 20-bit one's.
+constexpr std::uint16_t msp430OpcodeOf(MSP430Operation operation)
+{
+    for (const MSP430Instruction& instruction : msp430Instructions)
+        if (instruction.operation == operation)
+            return instruction.opcode;
+    return 0;
+}
+
 /// The instruction that `word` begins, or null for an extension word and an unassigned one.
 const MSP430Instruction* findMSP430Instruction(std::uint16_t word);
 

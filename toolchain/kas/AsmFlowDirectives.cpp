@@ -14,7 +14,7 @@ constexpr std::int64_t MaximumRepeats = 1'000'000;
 /// if the directive is wrong.
 void AsmDirectives::collect(const char* end)
 {
-    m_asm.m_collection.emplace();
+    m_asm.m_collection = Assembler::Collection{};
     m_asm.m_collection->end = end;
     m_asm.m_collection->where = m_asm.m_where;
 }

@@ -1,6 +1,7 @@
 #include "toolchain/kas/AsmInstructions.h"
 
 #include "objfile/model/TOBFExpr.h"
+#include "objfile/msp430/MSP430Instructions.h"
 #include "objfile/msp430/TOBFMSP430Insn.h"
 #include "toolchain/kas/AsmLine.h"
 #include "toolchain/kas/AsmSections.h"
@@ -19,15 +20,19 @@ constexpr unsigned ExtensionRepeatRegister = 0x80;
 constexpr unsigned ExtensionNotAddress = 0x40; // A/L
 constexpr unsigned RepeatMark = 0x10000;
 
-// Forms of the address instructions, in place of their immediate one.
-constexpr unsigned MoveFromIndirect = 0x0000, MoveFromIncrement = 0x0010, MoveFromAbsolute = 0x0020,
-                   MoveFromIndexed = 0x0030, MoveToAbsolute = 0x0060, MoveToIndexed = 0x0070,
-                   MoveImmediate = 0x0080;
-constexpr unsigned RegisterForm = 0x0040; // added to an immediate form
-constexpr unsigned CallAbsolute = 0x1380, CallRelative = 0x1390, CallImmediate = 0x13B0;
-constexpr unsigned WordForm = 0x0100, RotateWordForm = 0x0010;
+using Operation = MSP430Operation;
+
+constexpr unsigned Move = msp430OpcodeOf(Operation::Mov);
+constexpr unsigned MoveImmediate = msp430OpcodeOf(Operation::MovaImmediate);
+/// What turns the immediate form of an address instruction into that between registers.
+constexpr unsigned RegisterForm = msp430OpcodeOf(Operation::Mova) - MoveImmediate;
+/// What turns the 20-bit form of an instruction on several registers into that on words.
+constexpr unsigned WordForm = msp430OpcodeOf(Operation::PushmW) - msp430OpcodeOf(Operation::PushmA);
+constexpr unsigned RotateWordForm = 0x0010;
 
 constexpr std::int64_t Words = 0x10000, Addresses = 0x100000, Bytes = 0x100;
+
+constexpr unsigned opcode(Operation operation) { return msp430OpcodeOf(operation); }
 
 void requireRange(TOBFExpr* expr, std::int64_t size, const char* what)
 {
@@ -136,8 +141,7 @@ void AsmInstructions::assembleShape(const Form& form)
     case AsmShape::Jump:
         return jump(form);
     case AsmShape::Fixed:
-        return emit(mnemonic.opcode, nullptr, nullptr,
-                    mnemonic.opcode == 0x4130 || mnemonic.opcode == 0x1300 || mnemonic.opcode == 0x0110);
+        return emit(mnemonic.opcode, nullptr, nullptr, mnemonic.transfer);
     case AsmShape::Address: {
         const AsmOperand source = operand();
         m_tokens->expect(",");
@@ -189,7 +193,7 @@ void AsmInstructions::twoOperand(const Form& form, const AsmOperand& source,
         const TOBFMSP430Insn probe(opcode, from.word, second, true);
         second = relativeWord(destination, (form.extended ? 4 : 2) + (probe.operand(0) != nullptr ? 2 : 0));
     }
-    const bool move = form.mnemonic->opcode == 0x4000;
+    const bool move = form.mnemonic->opcode == Move;
     emit(opcode, from.word, second,
          move && destination.mode == AsmOperand::Register && destination.reg == PC);
 }
@@ -275,7 +279,7 @@ void AsmInstructions::jump(const Form& form)
 {
     TOBFExpr* target = m_expressions.parse(*m_tokens, *m_where);
     requireRange(target, Addresses, "address");
-    emit(form.mnemonic->opcode, target, nullptr, form.mnemonic->opcode == 0x3C00);
+    emit(form.mnemonic->opcode, target, nullptr, form.mnemonic->opcode == msp430OpcodeOf(Operation::Jmp));
 }
 
 void AsmInstructions::address(const Form& form, const AsmOperand& source,
@@ -310,14 +314,14 @@ void AsmInstructions::move(const AsmOperand& source, const AsmOperand& destinati
         const unsigned from = bits(source.reg, 8);
         switch (source.mode) {
         case AsmOperand::Indirect:
-            return emit(MoveFromIndirect | from | to, nullptr, nullptr, transfer);
+            return emit(opcode(Operation::MovaIndirect) | from | to, nullptr, nullptr, transfer);
         case AsmOperand::Increment:
-            return emit(MoveFromIncrement | from | to, nullptr, nullptr, transfer);
+            return emit(opcode(Operation::MovaIncrement) | from | to, nullptr, nullptr, transfer);
         case AsmOperand::Absolute:
             requireRange(source.value, Addresses, "address");
-            return emit(MoveFromAbsolute | to, source.value, nullptr, transfer);
+            return emit(opcode(Operation::MovaFromAbsolute) | to, source.value, nullptr, transfer);
         default:
-            return emit(MoveFromIndexed | from | to, distance(source), nullptr, transfer);
+            return emit(opcode(Operation::MovaFromIndexed) | from | to, distance(source), nullptr, transfer);
         }
     }
     if (source.mode != AsmOperand::Register)
@@ -325,15 +329,15 @@ void AsmInstructions::move(const AsmOperand& source, const AsmOperand& destinati
     switch (destination.mode) {
     case AsmOperand::Absolute:
         requireRange(destination.value, Addresses, "address");
-        return emit(MoveToAbsolute | bits(source.reg, 8), nullptr, destination.value);
+        return emit(opcode(Operation::MovaToAbsolute) | bits(source.reg, 8), nullptr, destination.value);
     case AsmOperand::Indirect:
-        return emit(MoveToIndexed | bits(source.reg, 8) | bits(destination.reg), nullptr,
+        return emit(opcode(Operation::MovaToIndexed) | bits(source.reg, 8) | bits(destination.reg), nullptr,
                     new TOBFConstExpr(0));
     case AsmOperand::Immediate:
     case AsmOperand::Increment:
         throw AsmError{"operand can't be a destination"};
     default:
-        return emit(MoveToIndexed | bits(source.reg, 8) | bits(destination.reg), nullptr,
+        return emit(opcode(Operation::MovaToIndexed) | bits(source.reg, 8) | bits(destination.reg), nullptr,
                     distance(destination));
     }
 }
@@ -350,23 +354,23 @@ void AsmInstructions::addressCall(const AsmOperand& operand)
     switch (operand.mode) {
     case AsmOperand::Immediate:
         requireRange(operand.value, Addresses, "value");
-        return emit(CallImmediate, operand.value);
+        return emit(opcode(Operation::CallaImmediate), operand.value);
     case AsmOperand::Absolute:
         requireRange(operand.value, Addresses, "address");
-        return emit(CallAbsolute, operand.value);
+        return emit(opcode(Operation::CallaAbsolute), operand.value);
     case AsmOperand::Symbolic:
-        return emit(CallRelative, operand.value);
+        return emit(opcode(Operation::CallaRelative), operand.value);
     case AsmOperand::Relative:
-        return emit(CallRelative, relativeWord(operand, 2));
+        return emit(opcode(Operation::CallaRelative), relativeWord(operand, 2));
     case AsmOperand::Indexed:
         requireRange(operand.value, Words, "offset");
-        return emit(0x1350 | bits(operand.reg), operand.value);
+        return emit(opcode(Operation::CallaSource) | 1 << 4 | bits(operand.reg), operand.value);
     case AsmOperand::Register:
-        return emit(0x1340 | bits(operand.reg));
+        return emit(opcode(Operation::CallaSource) | bits(operand.reg));
     case AsmOperand::Indirect:
-        return emit(0x1360 | bits(operand.reg));
+        return emit(opcode(Operation::CallaSource) | 2 << 4 | bits(operand.reg));
     case AsmOperand::Increment:
-        return emit(0x1370 | bits(operand.reg));
+        return emit(opcode(Operation::CallaSource) | 3 << 4 | bits(operand.reg));
     }
 }
 

@@ -37,6 +37,7 @@ struct AsmMnemonic {
     std::int8_t constant;  ///< the source of the shapes that have a constant one
     bool extendable;       ///< takes an extension word under its name with an "x"
     bool needsX;           ///< is there on MSP430X only
+    bool transfer = false; ///< of Fixed: nothing behind it is reached from it
 };
 
 /// The entry of a name in lower case, or null.
