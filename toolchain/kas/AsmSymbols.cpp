@@ -42,7 +42,7 @@ TOBFExpr* AsmSymbols::reference(const std::string& name, const SourceLocation& w
 TOBFExpr* AsmSymbols::numbered(std::int64_t number, bool forward, const SourceLocation& where)
 {
     if (forward) {
-        Pending& pending = m_nextNumbered.try_emplace(number, nullptr, where).first->second;
+        Pending& pending = m_nextNumbered.try_emplace(number, Pending{nullptr, where}).first->second;
         if (pending.marker == nullptr)
             pending.marker = new TOBFMarker;
         return new TOBFMarkerExpr(pending.marker);
