@@ -212,5 +212,6 @@ std::uint64_t TargetMemoryInterface::peekNumber(unsigned address, unsigned size)
 
 bool TargetMemoryInterface::memoryExists(unsigned address, unsigned length)
 {
-    return addressRanges().find(address, length == 0 ? address : address + length - 1) != nullptr;
+    const unsigned last = length == 0 ? address : address + length - 1;
+    return last >= address && addressRanges().find(address, last) != nullptr;
 }

@@ -270,6 +270,13 @@ void TOBFMSP430Insn::encodeAddressForm()
     }
 }
 
+bool TOBFMSP430Insn::isRelative(int index) const
+{
+    if (index == 1)
+        return formatI() && (m_opcode & 0x8F) == 0x80;
+    return formatI() ? (m_opcode & 0xF30) == 0x10 : formatII() && (m_opcode & 0x3F) == 0x10;
+}
+
 /// One- and two-operand forms, with or without an extension word.
 void TOBFMSP430Insn::encodeOperands()
 {
@@ -278,14 +285,12 @@ void TOBFMSP430Insn::encodeOperands()
     unsigned first = 0;
     unsigned second = 0;
     if (operand(0) != nullptr) {
-        const bool relative = formatI() ? (m_opcode & 0xF30) == 0x10 : (m_opcode & 0x3F) == 0x10;
-        first = relative ? relativeTo(operandValue(0), bytes) : operandValue(0);
+        first = isRelative(0) ? relativeTo(operandValue(0), bytes) : operandValue(0);
         extension |= high4(first) << 7;
         bytes += 2;
     }
     if (operand(1) != nullptr) {
-        const bool relative = (m_opcode & 0x8F) == 0x80;
-        second = relative ? relativeTo(operandValue(1), bytes) : operandValue(1);
+        second = isRelative(1) ? relativeTo(operandValue(1), bytes) : operandValue(1);
         extension |= high4(second);
     }
     if (hasExtension())

@@ -30,6 +30,9 @@ public:
     /// A jump.
     bool formatIII() const { return word() >= 0x2000 && word() <= 0x3FFF; }
 
+    /// Whether the operand's word holds a distance, from that word on.
+    bool isRelative(int index) const;
+
     /// Appends a branch to an address.
     void encodeBranch(unsigned value);
 

@@ -15,32 +15,48 @@ std::string hex(std::int64_t value)
     return text;
 }
 
-/// Words that hold 20 bits of an operand: those with an extension word and the address instructions.
-bool holdsWideOperand(const TOBFInsn* insn)
+/// How many bits of an operand the item holds; 0 for a jump, which was made to reach.
+int operandBits(const TOBFInsn* item)
 {
-    const std::uint32_t opcode = static_cast<const TOBFMSP430Insn*>(insn)->opcode();
-    return opcode >> 16 >= 0x1800 || (opcode & 0xFFFF) <= 0x0FFF || (opcode & 0xFF00) == 0x1300;
+    if (item->kind() == TOBFKind::DefAddrInsn)
+        return 16;
+    if (item->kind() != TOBFKind::ProcessorInsn)
+        return 0;
+    const auto* insn = static_cast<const TOBFMSP430Insn*>(item);
+    const std::uint32_t opcode = insn->opcode();
+    if (insn->formatIII())
+        return 0;
+    const bool wide = opcode >> 16 >= 0x1800 || (opcode & 0xFFFF) <= 0x0FFF
+        || (opcode & 0xFF80) == 0x1380;
+    return wide ? 20 : 16;
+}
+
+/// What is put into the operand's word: a distance where the mode counts from the program counter.
+std::int64_t storedValue(const TOBFInsn* item, int index, std::int64_t value)
+{
+    const bool isRelative = item->kind() == TOBFKind::ProcessorInsn
+        && static_cast<const TOBFMSP430Insn*>(item)->isRelative(index);
+    return isRelative ? value - item->pc() : value;
 }
 
 class Checker {
 public:
     explicit Checker(LinkImage& image) : m_image(image) {}
 
-    void check(TOBFInsn* insn, TOBFExpr* operand)
+    void check(TOBFInsn* insn, int index)
     {
+        TOBFExpr* operand = insn->operand(index);
         const TOBFValue value = operand->evaluate();
         if (value.failed) {
             report(insn, value.message.empty() ? "bad operand" : value.message);
             return;
         }
-        const bool isInsn = insn->kind() == TOBFKind::ProcessorInsn;
-        const bool wide = isInsn && holdsWideOperand(insn);
-        const bool fits = wide ? value.value >= -0x80000 && value.value <= 0xFFFFF
-                               : value.value >= -0x8000 && value.value <= 0xFFFF;
-        const bool isAddress = insn->kind() == TOBFKind::DefAddrInsn;
-        if ((isInsn || isAddress) && !fits)
-            report(insn, hex(value.value) + ", " + operand->printString()
-                             + (wide ? ", doesn't fit in 20 bits" : ", doesn't fit in 16 bits"));
+        const int bits = operandBits(insn);
+        const std::int64_t stored = storedValue(insn, index, value.value);
+        const std::int64_t limit = std::int64_t{1} << bits;
+        if (bits != 0 && (stored < -limit / 2 || stored >= limit))
+            report(insn, hex(value.value) + ", " + operand->printString() + ", doesn't fit in "
+                             + std::to_string(bits) + " bits");
     }
 
 private:
@@ -71,7 +87,7 @@ void encodeImage(LinkImage& image)
                     continue;
                 for (int i = 0; i < 2; ++i)
                     if (insn->operand(i) != nullptr)
-                        checker.check(insn, insn->operand(i));
+                        checker.check(insn, i);
                 insn->encode();
             }
         }

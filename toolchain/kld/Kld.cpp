@@ -72,8 +72,7 @@ void kld(std::span<const std::string> words, Diagnostics& diagnostics)
     diagnostics.suppressWarnings(options.suppressWarnings);
     diagnostics.treatWarningsAsErrors(options.warningsAreErrors);
     g_msp430x = options.extendedCore;
-    // The pool is left to the end of the process: freeing what was linked would only cost time.
-    auto* pool = new Pool;
-    const CurrentPool current(pool);
+    Pool pool;
+    const CurrentPool current(&pool);
     link(options, files, diagnostics);
 }

@@ -32,7 +32,12 @@ std::vector<std::string_view> splitNames(std::string_view text)
 } // namespace
 
 LinkInputs::LinkInputs(Diagnostics& diagnostics) : m_diagnostics(diagnostics) {}
-LinkInputs::~LinkInputs() = default;
+
+LinkInputs::~LinkInputs()
+{
+    for (const LinkModule& module : m_modules)
+        TOBFReader::release(module.module);
+}
 
 void LinkInputs::add(const std::string& path)
 {

@@ -20,8 +20,8 @@ struct LinkModule {
     std::set<HString*> weak; ///< symbols that another definition may replace
 };
 
-/// The modules of the link and the public symbols that they define. Members of libraries come in
-/// when a symbol that only they define is asked for.
+/// The modules of the link, which it owns, and the public symbols that they define. Members of
+/// libraries come in when a symbol that only they define is asked for.
 class LinkInputs {
 public:
     explicit LinkInputs(Diagnostics& diagnostics);

@@ -18,7 +18,7 @@ set(NEWLIB_LIBM_SOURCES
   math: e_acos e_acosh e_asin e_atan2 e_atanh e_cosh e_exp e_fmod e_hypot e_j0 e_j1 e_jn e_log
     e_log10 e_pow e_rem_pio2 e_remainder e_scalb e_sinh e_sqrt ef_acos ef_acosh ef_asin ef_atan2
     ef_atanh ef_cosh ef_exp ef_fmod ef_hypot ef_j0 ef_j1 ef_jn ef_log ef_log10 ef_pow
-    ef_rem_pio2 ef_remainder ef_scalb ef_sinh ef_sqrt el_hypot er_lgamma erf_lgamma k_cos
+    ef_rem_pio2 ef_remainder ef_scalb ef_sinh ef_sqrt el_hypot er_gamma er_lgamma erf_gamma erf_lgamma k_cos
     k_rem_pio2 k_sin k_standard k_tan kf_cos kf_rem_pio2 kf_sin kf_tan s_asinh s_atan s_ceil
     s_cos s_erf s_fabs s_floor s_frexp s_ldexp s_signif s_sin s_tan s_tanh sf_asinh sf_atan
     sf_ceil sf_cos sf_erf sf_fabs sf_floor sf_frexp sf_ldexp sf_signif sf_sin sf_tan sf_tanh
@@ -27,7 +27,7 @@ set(NEWLIB_LIBM_SOURCES
     wf_acos wf_acosh wf_asin wf_atan2 wf_atanh wf_cosh wf_drem wf_exp wf_exp2 wf_fmod wf_gamma
     wf_hypot wf_j0 wf_j1 wf_jn wf_lgamma wf_log wf_log10 wf_log2 wf_pow wf_remainder wf_scalb
     wf_sincos wf_sinh wf_sqrt wf_tgamma wr_gamma wr_lgamma wrf_gamma wrf_lgamma
-  common: acoshl acosl asinhl asinl atan2l atanhl atanl cbrtl ceill copysignl cosf coshl cosl
+  common: math_err math_errf acoshl acosl asinhl asinl atan2l atanhl atanl cbrtl ceill copysignl cosf coshl cosl
     erfcl erfl exp2l expl expm1l fabsl fdiml floorl fmal fmaxl fminl fmodl frexpl hypotl ilogbl
     ldexpl lgammal llrintl llroundl log10l log1pl log2l logbl logl lrintl lroundl modfl nanl
     nearbyintl nextafterl nexttoward nexttowardf nexttowardl powl remainderl remquol rintl
