@@ -44,6 +44,7 @@ TEST(KasSource, DataAndLayout)
         {"statements on a line", "a: b: nop { nop", "03430343"},
         {"comments", "nop ; one // two\n# a line\nnop // x\n/* nop\nnop */ nop\n.byte ';' ; x\n.ascii \"//;\"",
          "0343034303433b2f2f3b"},
+        {"a mark of the byte order", "\xEF\xBB\xBFnop", "0343"},
         {"numbered labels", "1: .word 1b, 1f\n1: .word 1b, 1f\n1:", "0010041004100810"},
         {"labels of the file", ".La: .word .Lb\n.Lb: .word .La", "02100010"},
     };
