@@ -19,26 +19,27 @@ constexpr unsigned innerLength = 11;
 std::vector<unsigned short> program(unsigned outerLoops)
 {
     return {
-        0x4031, 0x0400,                             // mov #0x400, sp
+        0x4031, 0x0400,                                  // mov #0x400, sp
         0x403A, static_cast<unsigned short>(outerLoops), // mov #outerLoops, r10
-        0x4034, 0x0300,                             // mov #0x300, r4
-        0x4305,                                     // clr r5
-        0x4316,                                     // mov #1, r6
-        0x5605,                                     // inner: add r6, r5
-        0xE506,                                     // xor r5, r6
-        0x4684, 0x0000,                             // mov r6, 0(r4)
-        0x50B4, 0x0003, 0x0000,                     // add #3, 0(r4)
-        0x4127,                                     // mov @sp, r7
-        0x6708,                                     // addc r7, r8
-        0x1108,                                     // rra r8
-        0x1089,                                     // swpb r9
-        0x531B,                                     // inc r11
-        0x903B, innerLoops,                         // cmp #innerLoops, r11
-        0x23F1,                                     // jne inner
-        0x430B,                                     // clr r11
-        0x831A,                                     // dec r10
-        0x23EE,                                     // jne inner
-        0x3FFF,                                     // done: jmp done
+        0x4034, 0x0300,                                  // mov #0x300, r4
+        0x4305,                                          // clr r5
+        0x4316,                                          // mov #1, r6
+        0x5605,                                          // inner: add r6, r5
+        0xE506,                                          // xor r5, r6
+        0x4684, 0x0000,                                  // mov r6, 0(r4)
+        0x50B4, 0x0003,
+        0x0000,             // add #3, 0(r4)
+        0x4127,             // mov @sp, r7
+        0x6708,             // addc r7, r8
+        0x1108,             // rra r8
+        0x1089,             // swpb r9
+        0x531B,             // inc r11
+        0x903B, innerLoops, // cmp #innerLoops, r11
+        0x23F1,             // jne inner
+        0x430B,             // clr r11
+        0x831A,             // dec r10
+        0x23EE,             // jne inner
+        0x3FFF,             // done: jmp done
     };
 }
 
@@ -80,7 +81,8 @@ double runMspdebug(const std::vector<unsigned short>& code, unsigned done)
 {
     char command[1024];
     std::snprintf(command, sizeof command,
-                  "mspdebug -q sim %s \"set 0 %u\" \"set 2 0\" \"set 11 0\" \"setbreak %u\" run exit </dev/null >/dev/null 2>&1",
+                  "mspdebug -q sim %s \"set 0 %u\" \"set 2 0\" \"set 11 0\" \"setbreak %u\" run "
+                  "exit </dev/null >/dev/null 2>&1",
                   memoryWrites(code).c_str(), start, done);
     const auto began = std::chrono::steady_clock::now();
     return std::system(command) == 0 ? secondsSince(began) : -1;

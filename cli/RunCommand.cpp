@@ -11,7 +11,8 @@ void printRegisters(MSP430Monitor& monitor)
 {
     TargetRegisterInterface& registers = *monitor.registers();
     for (unsigned i = 0; i < registers.numRegisters(); ++i)
-        std::printf("%s %05x\n", qPrintable(registers.numberToName(i)), registers.getValue(i) & 0xFFFFF);
+        std::printf("%s %05x\n", qPrintable(registers.numberToName(i)),
+                    registers.getValue(i) & 0xFFFFF);
 }
 
 void printTrace(MSP430Monitor& monitor)

@@ -16,11 +16,13 @@ std::uint64_t number(const std::string& option, const std::string& text, std::ui
 {
     const std::optional<std::uint64_t> value = parseAddress(text);
     if (!value || *value > highest)
-        throw UsageError{option + " " + text + " isn't a number from 0 to " + std::to_string(highest)};
+        throw UsageError{option + " " + text + " isn't a number from 0 to "
+                         + std::to_string(highest)};
     return *value;
 }
 
-using Setter = std::function<void(RunOptions&, const std::string& option, const std::string& value)>;
+using Setter =
+    std::function<void(RunOptions&, const std::string& option, const std::string& value)>;
 
 Setter small(std::optional<unsigned> RunOptions::*field, std::uint64_t highest)
 {
@@ -31,7 +33,9 @@ Setter small(std::optional<unsigned> RunOptions::*field, std::uint64_t highest)
 
 Setter text(std::string RunOptions::*field)
 {
-    return [=](RunOptions& options, const std::string&, const std::string& value) { options.*field = value; };
+    return [=](RunOptions& options, const std::string&, const std::string& value) {
+        options.*field = value;
+    };
 }
 
 Setter limit(std::uint64_t RunLimits::*field)
@@ -53,10 +57,12 @@ const std::map<std::string, Setter>& valueOptions()
         {"--trace", small(&RunOptions::trace, longestTrace)},
         {"--steps", limit(&RunLimits::passes)},
         {"--max-cycles", limit(&RunLimits::cycles)},
-        {"--break", [](RunOptions& options, const std::string&, const std::string& value) {
+        {"--break",
+         [](RunOptions& options, const std::string&, const std::string& value) {
              options.breakpoints.push_back(value);
          }},
-        {"--peripherals", [](RunOptions&, const std::string&, const std::string&) {
+        {"--peripherals",
+         [](RunOptions&, const std::string&, const std::string&) {
              throw HException("scripted peripherals are not available in this build");
          }},
     };
@@ -98,7 +104,8 @@ RunOptions parseRunOptions(std::span<const std::string> words)
     for (std::size_t i = 0; i < words.size(); ++i) {
         const std::string& word = words[i];
         if (word == "--") {
-            options.arguments.assign(words.begin() + static_cast<std::ptrdiff_t>(i) + 1, words.end());
+            options.arguments.assign(words.begin() + static_cast<std::ptrdiff_t>(i) + 1,
+                                     words.end());
             break;
         }
         if (const auto found = switches().find(word); found != switches().end()) {

@@ -30,7 +30,9 @@ std::unique_ptr<LoadFileInterface> openLoadFile(const RunOptions& options)
 {
     LoadFileFactory* factory = LoadFileFactory::instance();
     const char* detected = factory->detect(options.program.c_str());
-    const std::string type = !options.type.empty() ? options.type : detected != nullptr ? detected : "";
+    const std::string type = !options.type.empty() ? options.type
+        : detected != nullptr                      ? detected
+                                                   : "";
     if (type.empty())
         throw UsageError{"the format of " + options.program + " isn't known; --type names it"};
     std::unique_ptr<LoadFileInterface> file(factory->create(options.program.c_str(), type.c_str()));
@@ -52,8 +54,9 @@ std::string hex(unsigned number)
 
 } // namespace
 
-SimulatedProgram::SimulatedProgram(const RunOptions& options) :
-    m_options(options), m_terminal(options.input)
+SimulatedProgram::SimulatedProgram(const RunOptions& options)
+    : m_options(options),
+      m_terminal(options.input)
 {
     connect();
     load();
@@ -81,7 +84,8 @@ void SimulatedProgram::connect()
         throw UsageError{"unknown device " + m_options.device};
     const MSP430Device& device = m_monitor.devices().selected();
     m_monitor.setIdentifyString(device.name);
-    m_monitor.setHardwareMultiplier(device.multiplierBits == 32 ? "32-Bit Multiplier" : "16-Bit Multiplier");
+    m_monitor.setHardwareMultiplier(device.multiplierBits == 32 ? "32-Bit Multiplier"
+                                                                : "16-Bit Multiplier");
     m_monitor.connect(false);
     for (int i = 0; i < m_monitor.numErrors(); ++i)
         m_monitor.setErrorEnabled(m_monitor.getError(i), true);
@@ -115,9 +119,11 @@ void SimulatedProgram::checkFits(LoadFileSectionInterface& section)
     AddressRanges merged;
     for (const AddressRange& range : m_monitor.addressRanges())
         merged.add(range.start, range.end, true);
-    if (last >= MemoryImage::Size || merged.find(section.address(), static_cast<unsigned>(last)) == nullptr)
-        throw HException(m_options.program + " doesn't fit the device " + m_options.device + " in range "
-                         + hex(section.address()) + " - " + hex(static_cast<unsigned>(last)));
+    if (last >= MemoryImage::Size
+        || merged.find(section.address(), static_cast<unsigned>(last)) == nullptr)
+        throw HException(m_options.program + " doesn't fit the device " + m_options.device
+                         + " in range " + hex(section.address()) + " - "
+                         + hex(static_cast<unsigned>(last)));
 }
 
 void SimulatedProgram::setStart()
@@ -157,7 +163,8 @@ void SimulatedProgram::setBreakpoints()
             address = symbolAddress(place);
         if (!address)
             throw HException("--break " + place + ": "
-                             + (m_file->hasSymbols() ? "no such symbol" : m_options.program + " has no symbols"));
+                             + (m_file->hasSymbols() ? "no such symbol"
+                                                     : m_options.program + " has no symbols"));
         m_breakpoints.push_back({.address = *address, .length = 1});
         m_monitor.setBreakpoint(&m_breakpoints.back());
     }
@@ -202,7 +209,8 @@ int SimulatedProgram::stopped()
     case StopReason::PassLimit: return report("step count reached", StoppedStatus);
     case StopReason::Breakpoint: return report("breakpoint", StoppedStatus);
     case StopReason::SoftwareBreakpoint: return report("software breakpoint", StoppedStatus);
-    case StopReason::Requested: return report("the processor is off and nothing can wake it", StoppedStatus);
+    case StopReason::Requested:
+        return report("the processor is off and nothing can wake it", StoppedStatus);
     case StopReason::Error: break;
     }
     const std::string text = m_monitor.lastError(address);
@@ -211,7 +219,8 @@ int SimulatedProgram::stopped()
 
 int SimulatedProgram::report(const char* reason, int status)
 {
-    std::fprintf(stderr, "gantry: stopped at %s: %s\n", hex(m_monitor.registers()->getPC()).c_str(), reason);
+    std::fprintf(stderr, "gantry: stopped at %s: %s\n", hex(m_monitor.registers()->getPC()).c_str(),
+                 reason);
     return status;
 }
 

@@ -26,9 +26,9 @@ public:
     void errorOccurred(const char* text) override;
     void debugBreakOccurred() override { m_breakRequested = true; }
     void inputRequested() override { m_terminal.waitForLine(); }
-    void outputUpdated() override {}
+    void outputUpdated() override { }
     void exitOccurred(int code) override { m_exitCode = code; }
-    void loadSymbols(const char*, unsigned) override {}
+    void loadSymbols(const char*, unsigned) override { }
 
 private:
     struct DebugIO {

@@ -40,8 +40,8 @@ struct Access {
 
 bool matches(const HBreakpoint& breakpoint, const Access& access)
 {
-    if (!breakpoint.enabled || breakpoint.isRegister || breakpoint.trigger == BreakpointMatcher::Execute
-        || !fitsAccess(breakpoint, access.read))
+    if (!breakpoint.enabled || breakpoint.isRegister
+        || breakpoint.trigger == BreakpointMatcher::Execute || !fitsAccess(breakpoint, access.read))
         return false;
     if (!breakpoint.valued)
         return covers(breakpoint, access.address);
@@ -66,12 +66,14 @@ void BreakpointMatcher::clear()
 
 bool BreakpointMatcher::watchesData() const
 {
-    return std::any_of(m_breakpoints.begin(), m_breakpoints.end(), [](const HBreakpoint* breakpoint) {
-        return breakpoint->isRegister || breakpoint->trigger != Execute;
-    });
+    return std::any_of(m_breakpoints.begin(), m_breakpoints.end(),
+                       [](const HBreakpoint* breakpoint) {
+                           return breakpoint->isRegister || breakpoint->trigger != Execute;
+                       });
 }
 
-void BreakpointMatcher::setMatched(HBreakpoint* breakpoint, std::uint32_t address, std::uint32_t data)
+void BreakpointMatcher::setMatched(HBreakpoint* breakpoint, std::uint32_t address,
+                                   std::uint32_t data)
 {
     m_matched = breakpoint;
     m_matchedAddress = address;
@@ -92,7 +94,8 @@ void BreakpointMatcher::matchCode(std::uint32_t pc)
             setMatched(breakpoint, pc, 0);
 }
 
-void BreakpointMatcher::matchRegister(std::uint32_t number, unsigned size, std::uint32_t value, bool read)
+void BreakpointMatcher::matchRegister(std::uint32_t number, unsigned size, std::uint32_t value,
+                                      bool read)
 {
     for (HBreakpoint* breakpoint : m_breakpoints)
         if (breakpoint->enabled && breakpoint->isRegister && breakpoint->address == number
@@ -101,7 +104,8 @@ void BreakpointMatcher::matchRegister(std::uint32_t number, unsigned size, std::
             setMatched(breakpoint, number, value);
 }
 
-void BreakpointMatcher::matchData(std::uint32_t address, unsigned size, std::uint32_t value, bool read)
+void BreakpointMatcher::matchData(std::uint32_t address, unsigned size, std::uint32_t value,
+                                  bool read)
 {
     const Access access{address, size, value, read};
     bool matchedNow = false;

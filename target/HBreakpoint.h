@@ -5,7 +5,12 @@
 /// One breakpoint as a monitor sees it. The debugger fills and owns the record; the monitor keeps a
 /// pointer to it from `setBreakpoint` to `removeBreakpoint`.
 struct HBreakpoint {
-    enum Comparison : std::uint32_t { Equal = 0, GreaterOrEqual = 1, LessOrEqual = 2, NotEqual = 3 };
+    enum Comparison : std::uint32_t {
+        Equal = 0,
+        GreaterOrEqual = 1,
+        LessOrEqual = 2,
+        NotEqual = 3
+    };
 
     bool enabled = true;
     std::uint32_t address = 0; ///< or the register number

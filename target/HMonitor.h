@@ -12,7 +12,7 @@ public:
     virtual int numErrors() { return 0; }
     virtual const char* getError(int) { return nullptr; }
     virtual bool errorEnabled(const char*) { return false; }
-    virtual void setErrorEnabled(const char*, bool) {}
+    virtual void setErrorEnabled(const char*, bool) { }
     /// The text of the error that stopped the last run and its address; null if none did.
     virtual const char* lastError(unsigned&) { return nullptr; }
     virtual bool setBreakpoint(HBreakpoint*) { return false; }
@@ -29,22 +29,23 @@ public:
     virtual int getStopActionNumber() { return 0; }
     virtual int numHardwareBreakpoints() { return 0; }
     virtual bool hardwareBreakpointInUse(int) { return false; }
-    virtual void setTraceEnabled(bool) {}
+    virtual void setTraceEnabled(bool) { }
     virtual bool getTraceEnabled() { return false; }
-    virtual void resetTrace() {}
+    virtual void resetTrace() { }
     /// Positions at the oldest entry.
-    virtual void iterateTrace() {}
+    virtual void iterateTrace() { }
     /// True while entries remain.
     virtual bool getNextTrace(unsigned& /*address*/, unsigned& /*data*/, unsigned& /*cycles*/)
     {
         return false;
     }
-    virtual void setExecutionCountEnabled(bool) {}
+    virtual void setExecutionCountEnabled(bool) { }
     virtual bool getExecutionCountEnabled() { return false; }
-    virtual void resetExecutionCount() {}
-    virtual void iterateExecutionCount() {}
+    virtual void resetExecutionCount() { }
+    virtual void iterateExecutionCount() { }
     /// Only addresses with a count above 0 are returned.
-    virtual bool getNextExecutionCount(unsigned& /*address*/, unsigned& /*count*/, unsigned& /*extra*/)
+    virtual bool getNextExecutionCount(unsigned& /*address*/, unsigned& /*count*/,
+                                       unsigned& /*extra*/)
     {
         return false;
     }

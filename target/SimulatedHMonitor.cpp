@@ -11,10 +11,7 @@ constexpr std::uint32_t stopAction = 0, traceAction = 1;
 
 SimulatedHMonitor::~SimulatedHMonitor() = default;
 
-void SimulatedHMonitor::connect()
-{
-    m_connected = true;
-}
+void SimulatedHMonitor::connect() { m_connected = true; }
 
 void SimulatedHMonitor::endConnection()
 {

@@ -100,9 +100,9 @@ public:
 protected:
     static constexpr unsigned passesBetweenEvents = 300;
 
-    /// Executes at most `passes` passes while there is nothing to watch but the PC, and returns how many
-    /// it did. A pass that needs more than the plain execution of an instruction, or that would match
-    /// a breakpoint, ends the call early; the general pass then does it. Base: none.
+    /// Executes at most `passes` passes while there is nothing to watch but the PC, and returns how
+    /// many it did. A pass that needs more than the plain execution of an instruction, or that
+    /// would match a breakpoint, ends the call early; the general pass then does it. Base: none.
     virtual unsigned runUnwatched(unsigned passes);
 
     void stopFor(StopReason reason);

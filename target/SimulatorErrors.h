@@ -24,11 +24,19 @@ public:
 
     void setEnabled(Number number, bool on);
     bool enabled(Number number) const { return (m_enabled >> number & 1) != 0; }
-    void disableAll() { m_enabled = 0; m_mustStop = false; }
+    void disableAll()
+    {
+        m_enabled = 0;
+        m_mustStop = false;
+    }
 
     /// A fault of the running instruction; the last one of a run counts.
     void raise(Number number, std::uint32_t address);
-    void clearCurrent() { m_current = None; m_mustStop = false; }
+    void clearCurrent()
+    {
+        m_current = None;
+        m_mustStop = false;
+    }
     /// True if the current fault has to stop the run.
     bool mustStop() const { return m_mustStop; }
     /// Makes the current fault the one that stopped the run.

@@ -14,7 +14,7 @@ std::int64_t TargetIOArguments::getIntArg()
 {
     const std::uint64_t value = getUnsignedArg();
     return m_memory->wordLength() == 2 ? std::int64_t{static_cast<std::int16_t>(value)}
-                                      : std::int64_t{static_cast<std::int32_t>(value)};
+                                       : std::int64_t{static_cast<std::int32_t>(value)};
 }
 
 double TargetIOArguments::getDoubleArg()
@@ -35,7 +35,8 @@ std::string readTargetString(TargetMemoryInterface& memory, std::uint32_t addres
 {
     char buffer[longestString];
     for (unsigned offset = 0; offset < longestString; offset += stringStep) {
-        memory.peekBytes(address + offset, stringStep, reinterpret_cast<unsigned char*>(buffer + offset));
+        memory.peekBytes(address + offset, stringStep,
+                         reinterpret_cast<unsigned char*>(buffer + offset));
         if (std::memchr(buffer + offset, 0, stringStep) != nullptr)
             return buffer;
     }

@@ -10,8 +10,9 @@
 /// address reads as what the memory answers for it.
 class TargetIOArguments {
 public:
-    TargetIOArguments(TargetMemoryInterface& memory, std::uint32_t cursor) :
-        m_memory(&memory), m_cursor(cursor)
+    TargetIOArguments(TargetMemoryInterface& memory, std::uint32_t cursor)
+        : m_memory(&memory),
+          m_cursor(cursor)
     {
     }
 

@@ -56,7 +56,8 @@ int Operations::scanned(std::function<int()> read, int& left)
 void Operations::addOutput(const std::string& text)
 {
     if (s_terminal != nullptr && !text.empty())
-        s_terminal->addOutput(QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())));
+        s_terminal->addOutput(
+            QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())));
     if (s_helper != nullptr)
         s_helper->outputUpdated();
 }
@@ -97,9 +98,12 @@ void Operations::scanLine()
         return refuseForLackOfInput(-1, -2);
     std::size_t next = 0;
     int left;
-    const int items = scanned([&] {
-        return next < line.size() ? static_cast<unsigned char>(line[next++]) : TargetIOScanSource::End;
-    }, left);
+    const int items = scanned(
+        [&] {
+            return next < line.size() ? static_cast<unsigned char>(line[next++])
+                                      : TargetIOScanSource::End;
+        },
+        left);
     // A line with nothing in it for the format is no end of the input.
     setResult(std::max(items, 0));
 }

@@ -38,8 +38,11 @@ TargetIOConversion::Length parseLength(std::string_view text, std::size_t& posit
         switch (peekAt(text, position)) {
         case 'h': length = length == Length::Short ? Length::Char : Length::Short; break;
         case 'l': length = length == Length::Long ? Length::LongLong : Length::Long; break;
-        case 'L': case 'q': case 'j': length = Length::LongLong; break;
-        case 'z': case 't': break;
+        case 'L':
+        case 'q':
+        case 'j': length = Length::LongLong; break;
+        case 'z':
+        case 't': break;
         default: return length;
         }
     }
@@ -64,7 +67,8 @@ std::string parseSet(std::string_view text, std::size_t& position)
 TargetIOConversion parsePrintConversion(std::string_view format, std::size_t& position)
 {
     TargetIOConversion conversion;
-    while (position < format.size() && std::string_view("-+ #0").find(format[position]) != std::string_view::npos) {
+    while (position < format.size()
+           && std::string_view("-+ #0").find(format[position]) != std::string_view::npos) {
         if (conversion.flags.find(format[position]) == std::string::npos)
             conversion.flags += format[position];
         ++position;

@@ -11,7 +11,7 @@ struct TargetIOConversion {
 
     enum class Length { Char, Short, Int, Long, LongLong };
 
-    std::string flags;    ///< of "-+ #0"
+    std::string flags;     ///< of "-+ #0"
     bool suppress = false; ///< "*" of a scanf format
     int width = Unset;
     int precision = Unset;
@@ -20,7 +20,7 @@ struct TargetIOConversion {
     char letter = 0; ///< 0 if the format ends within the conversion
 };
 
-/// Reads the conversion at `position`, just behind its "%", and moves past it. Widths and precisions
-/// are capped at 1024.
+/// Reads the conversion at `position`, just behind its "%", and moves past it. Widths and
+/// precisions are capped at 1024.
 TargetIOConversion parsePrintConversion(std::string_view format, std::size_t& position);
 TargetIOConversion parseScanConversion(std::string_view format, std::size_t& position);

@@ -17,9 +17,10 @@ struct Range {
 
 } // namespace
 
-Operations::Operations(std::uint64_t communication, unsigned number) :
-    m_communication(communication), m_number(number),
-    m_arguments(*s_data, static_cast<std::uint32_t>(communication))
+Operations::Operations(std::uint64_t communication, unsigned number)
+    : m_communication(communication),
+      m_number(number),
+      m_arguments(*s_data, static_cast<std::uint32_t>(communication))
 {
 }
 
@@ -37,31 +38,65 @@ Operations::Operation Operations::find(unsigned number)
     };
     using O = Operations;
     static constexpr Row rows[] = {
-        {{1, 4, 1}, &O::error}, {{5, 5, 1}, &O::errorText},
-        {{6, 6, 1}, &O::open}, {{7, 7, 1}, &O::flush}, {{8, 8, 1}, &O::close},
-        {{9, 11, 2}, &O::printToFile}, {{49, 51, 2}, &O::printToFile}, {{57, 63, 2}, &O::printToFile},
-        {{10, 12, 2}, &O::print}, {{50, 52, 2}, &O::print}, {{58, 64, 2}, &O::print},
-        {{13, 15, 2}, &O::scanFromFile}, {{53, 55, 2}, &O::scanFromFile}, {{65, 71, 2}, &O::scanFromFile},
-        {{14, 16, 2}, &O::scan}, {{54, 56, 2}, &O::scan}, {{66, 72, 2}, &O::scan},
-        {{17, 17, 1}, &O::getFromFile}, {{18, 18, 1}, &O::getsFromFile},
-        {{19, 19, 1}, &O::putToFile}, {{20, 20, 1}, &O::putsToFile},
-        {{21, 21, 1}, &O::getCharacter}, {{22, 22, 1}, &O::gets},
-        {{23, 23, 1}, &O::put}, {{24, 24, 1}, &O::puts},
-        {{25, 28, 1}, &O::readInteger}, {{29, 30, 1}, &O::readReal}, {{31, 32, 1}, &O::readInteger},
-        {{33, 33, 1}, &O::read}, {{34, 34, 1}, &O::write},
-        {{35, 75, 40}, &O::seek}, {{36, 74, 38}, &O::tell},
-        {{37, 37, 1}, &O::rewind}, {{38, 38, 1}, &O::fileLength},
-        {{39, 39, 1}, &O::clearErrors}, {{40, 40, 1}, &O::endOfFile}, {{41, 41, 1}, &O::errorOfFile},
-        {{42, 42, 1}, &O::breakIn}, {{43, 43, 1}, &O::keyAvailable}, {{44, 44, 1}, &O::getKey},
-        {{Exit, Exit, 1}, &O::exit}, {{47, 47, 1}, &O::time}, {{48, 48, 1}, &O::divide},
-        {{73, 73, 1}, &O::ungetc}, {{76, 76, 1}, &O::reopen}, {{77, 77, 1}, &O::perror},
-        {{78, 78, 1}, &O::remove}, {{79, 79, 1}, &O::rename}, {{80, 80, 1}, &O::temporaryFile},
-        {{81, 81, 1}, &O::temporaryName}, {{82, 82, 1}, &O::getEnvironment}, {{83, 83, 1}, &O::system},
-        {{84, 84, 1}, &O::arguments}, {{120, 120, 1}, &O::loadSymbols},
+        {{1, 4, 1}, &O::error},
+        {{5, 5, 1}, &O::errorText},
+        {{6, 6, 1}, &O::open},
+        {{7, 7, 1}, &O::flush},
+        {{8, 8, 1}, &O::close},
+        {{9, 11, 2}, &O::printToFile},
+        {{49, 51, 2}, &O::printToFile},
+        {{57, 63, 2}, &O::printToFile},
+        {{10, 12, 2}, &O::print},
+        {{50, 52, 2}, &O::print},
+        {{58, 64, 2}, &O::print},
+        {{13, 15, 2}, &O::scanFromFile},
+        {{53, 55, 2}, &O::scanFromFile},
+        {{65, 71, 2}, &O::scanFromFile},
+        {{14, 16, 2}, &O::scan},
+        {{54, 56, 2}, &O::scan},
+        {{66, 72, 2}, &O::scan},
+        {{17, 17, 1}, &O::getFromFile},
+        {{18, 18, 1}, &O::getsFromFile},
+        {{19, 19, 1}, &O::putToFile},
+        {{20, 20, 1}, &O::putsToFile},
+        {{21, 21, 1}, &O::getCharacter},
+        {{22, 22, 1}, &O::gets},
+        {{23, 23, 1}, &O::put},
+        {{24, 24, 1}, &O::puts},
+        {{25, 28, 1}, &O::readInteger},
+        {{29, 30, 1}, &O::readReal},
+        {{31, 32, 1}, &O::readInteger},
+        {{33, 33, 1}, &O::read},
+        {{34, 34, 1}, &O::write},
+        {{35, 75, 40}, &O::seek},
+        {{36, 74, 38}, &O::tell},
+        {{37, 37, 1}, &O::rewind},
+        {{38, 38, 1}, &O::fileLength},
+        {{39, 39, 1}, &O::clearErrors},
+        {{40, 40, 1}, &O::endOfFile},
+        {{41, 41, 1}, &O::errorOfFile},
+        {{42, 42, 1}, &O::breakIn},
+        {{43, 43, 1}, &O::keyAvailable},
+        {{44, 44, 1}, &O::getKey},
+        {{Exit, Exit, 1}, &O::exit},
+        {{47, 47, 1}, &O::time},
+        {{48, 48, 1}, &O::divide},
+        {{73, 73, 1}, &O::ungetc},
+        {{76, 76, 1}, &O::reopen},
+        {{77, 77, 1}, &O::perror},
+        {{78, 78, 1}, &O::remove},
+        {{79, 79, 1}, &O::rename},
+        {{80, 80, 1}, &O::temporaryFile},
+        {{81, 81, 1}, &O::temporaryName},
+        {{82, 82, 1}, &O::getEnvironment},
+        {{83, 83, 1}, &O::system},
+        {{84, 84, 1}, &O::arguments},
+        {{120, 120, 1}, &O::loadSymbols},
     };
     for (const Row& row : rows) {
         const Range& range = row.numbers;
-        if (number >= range.first && number <= range.last && (number - range.first) % range.step == 0)
+        if (number >= range.first && number <= range.last
+            && (number - range.first) % range.step == 0)
             return row.operation;
     }
     return nullptr;
@@ -88,8 +123,8 @@ bool Operations::storeString(unsigned address, unsigned size, const std::string&
 
 void Operations::error()
 {
-    static constexpr const char* texts[]
-        = {"divide by zero", "stack overflow", "stack underflow", "assert() failed"};
+    static constexpr const char* texts[] = {"divide by zero", "stack overflow", "stack underflow",
+                                            "assert() failed"};
     if (s_helper != nullptr)
         s_helper->errorOccurred(texts[m_number - 1]);
 }

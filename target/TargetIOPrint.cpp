@@ -25,7 +25,8 @@ std::string convert(const TargetIOConversion& conversion, const char* hostLength
     spec += conversion.letter;
     char buffer[longestConversion];
     const int length = std::snprintf(buffer, sizeof buffer, spec.c_str(), value);
-    return {buffer, static_cast<std::size_t>(std::clamp(length, 0, static_cast<int>(sizeof buffer) - 1))};
+    return {buffer,
+            static_cast<std::size_t>(std::clamp(length, 0, static_cast<int>(sizeof buffer) - 1))};
 }
 
 std::int64_t signedArgument(Length length, TargetIOArguments& arguments)
@@ -55,7 +56,8 @@ std::uint64_t unsignedArgument(Length length, TargetIOArguments& arguments)
 std::string convertString(const TargetIOConversion& conversion, TargetIOArguments& arguments)
 {
     const std::uint32_t address = arguments.getPtrArg();
-    const std::string text = address == 0 ? "(null)" : readTargetString(arguments.memory(), address);
+    const std::string text =
+        address == 0 ? "(null)" : readTargetString(arguments.memory(), address);
     return convert(conversion, "", text.c_str());
 }
 
@@ -72,27 +74,40 @@ void resolveStars(TargetIOConversion& conversion, TargetIOArguments& arguments)
         const std::int64_t width = arguments.getIntArg();
         if (width < 0)
             conversion.flags += '-';
-        conversion.width = static_cast<int>(std::min<std::int64_t>(width < 0 ? -width : width, widest));
+        conversion.width =
+            static_cast<int>(std::min<std::int64_t>(width < 0 ? -width : width, widest));
     }
     if (conversion.precision == TargetIOConversion::FromArgument)
-        conversion.precision
-            = static_cast<int>(std::clamp<std::int64_t>(arguments.getIntArg(), -1, widest));
+        conversion.precision =
+            static_cast<int>(std::clamp<std::int64_t>(arguments.getIntArg(), -1, widest));
 }
 
 std::string printOne(TargetIOConversion conversion, TargetIOArguments& arguments, std::size_t soFar)
 {
     resolveStars(conversion, arguments);
     switch (conversion.letter) {
-    case 'd': case 'i': return convert(conversion, "ll", static_cast<long long>(signedArgument(conversion.length, arguments)));
-    case 'u': case 'o': case 'x': case 'X':
-        return convert(conversion, "ll", static_cast<unsigned long long>(unsignedArgument(conversion.length, arguments)));
+    case 'd':
+    case 'i':
+        return convert(conversion, "ll",
+                       static_cast<long long>(signedArgument(conversion.length, arguments)));
+    case 'u':
+    case 'o':
+    case 'x':
+    case 'X':
+        return convert(
+            conversion, "ll",
+            static_cast<unsigned long long>(unsignedArgument(conversion.length, arguments)));
     case 'c': return convert(conversion, "", static_cast<int>(arguments.getIntArg()));
-    case 'e': case 'E': case 'f': case 'F': case 'g': case 'G': case 'a': case 'A':
-        return convert(conversion, "", arguments.getDoubleArg());
+    case 'e':
+    case 'E':
+    case 'f':
+    case 'F':
+    case 'g':
+    case 'G':
+    case 'a':
+    case 'A': return convert(conversion, "", arguments.getDoubleArg());
     case 's': return convertString(conversion, arguments);
-    case 'p':
-        conversion.letter = 'x';
-        return convert(conversion, "", arguments.getPtrArg());
+    case 'p': conversion.letter = 'x'; return convert(conversion, "", arguments.getPtrArg());
     case 'n': storeCount(conversion.length, soFar, arguments); return {};
     case '%': return "%";
     case 0: return {};

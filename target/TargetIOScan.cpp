@@ -13,8 +13,9 @@ enum class Outcome { Stored, Passed, Mismatch, InputEnded };
 
 class Scanner {
 public:
-    Scanner(TargetIOScanSource& source, TargetIOArguments& arguments) :
-        m_source(source), m_arguments(arguments)
+    Scanner(TargetIOScanSource& source, TargetIOArguments& arguments)
+        : m_source(source),
+          m_arguments(arguments)
     {
     }
 
@@ -74,12 +75,24 @@ private:
         if (m_source.peek() == TargetIOScanSource::End)
             return Outcome::InputEnded;
         switch (conversion.letter) {
-        case 'd': case 'u': return integer(conversion, 10);
+        case 'd':
+        case 'u': return integer(conversion, 10);
         case 'i': return integer(conversion, 0);
         case 'o': return integer(conversion, 8);
-        case 'x': case 'X': case 'p': return integer(conversion, 16);
-        case 'e': case 'E': case 'f': case 'F': case 'g': case 'G': case 'a': case 'A': return real(conversion);
-        case 'c': case 's': case '[': return text(conversion);
+        case 'x':
+        case 'X':
+        case 'p': return integer(conversion, 16);
+        case 'e':
+        case 'E':
+        case 'f':
+        case 'F':
+        case 'g':
+        case 'G':
+        case 'a':
+        case 'A': return real(conversion);
+        case 'c':
+        case 's':
+        case '[': return text(conversion);
         default: return Outcome::Mismatch;
         }
     }
@@ -90,7 +103,8 @@ private:
         constexpr std::size_t longest = 4096;
         const std::size_t limit = width > 0 ? static_cast<std::size_t>(width) : longest;
         std::string token;
-        while (token.size() < limit && m_source.peek() != TargetIOScanSource::End && accepts(token, m_source.peek()))
+        while (token.size() < limit && m_source.peek() != TargetIOScanSource::End
+               && accepts(token, m_source.peek()))
             token += static_cast<char>(m_source.take());
         return token;
     }
@@ -116,7 +130,8 @@ private:
         if (token.find_first_of("0123456789abcdefABCDEF") == std::string::npos)
             return Outcome::Mismatch;
         const bool isSigned = conversion.letter == 'd' || conversion.letter == 'i';
-        return store(conversion, isSigned
+        return store(conversion,
+                     isSigned
                          ? static_cast<std::uint64_t>(std::strtoll(token.c_str(), nullptr, base))
                          : std::strtoull(token.c_str(), nullptr, base));
     }
@@ -124,7 +139,8 @@ private:
     Outcome real(const TargetIOConversion& conversion)
     {
         const std::string token = takeWhile(conversion.width, [](const std::string& soFar, int c) {
-            const bool afterExponent = !soFar.empty() && (soFar.back() == 'e' || soFar.back() == 'E');
+            const bool afterExponent =
+                !soFar.empty() && (soFar.back() == 'e' || soFar.back() == 'E');
             if (c == '+' || c == '-')
                 return soFar.empty() || afterExponent;
             return std::isdigit(c) != 0 || c == '.' || c == 'e' || c == 'E';
@@ -136,8 +152,9 @@ private:
         if (conversion.suppress)
             return Outcome::Passed;
         const bool isDouble = conversion.length >= TargetIOConversion::Length::Long;
-        const std::uint64_t bits = isDouble ? std::bit_cast<std::uint64_t>(value)
-                                            : std::bit_cast<std::uint32_t>(static_cast<float>(value));
+        const std::uint64_t bits = isDouble
+            ? std::bit_cast<std::uint64_t>(value)
+            : std::bit_cast<std::uint32_t>(static_cast<float>(value));
         m_arguments.memory().pokeNumber(m_arguments.getPtrArg(), isDouble ? 8 : 4, bits);
         return Outcome::Stored;
     }
@@ -161,7 +178,8 @@ private:
         const bool characters = conversion.letter == 'c';
         const int width = characters && conversion.width <= 0 ? 1 : conversion.width;
         std::string token = takeWhile(width, [&](const std::string&, int c) {
-            return characters || (conversion.letter == 's' ? !isSpace(c) : inSet(conversion.set, c));
+            return characters
+                || (conversion.letter == 's' ? !isSpace(c) : inSet(conversion.set, c));
         });
         if (token.empty())
             return Outcome::Mismatch;
@@ -178,7 +196,8 @@ private:
         if (conversion.suppress)
             return Outcome::Passed;
         const unsigned sizes[] = {1, 2, m_arguments.memory().wordLength(), 4, 8};
-        m_arguments.memory().pokeNumber(m_arguments.getPtrArg(), sizes[static_cast<int>(conversion.length)], value);
+        m_arguments.memory().pokeNumber(m_arguments.getPtrArg(),
+                                        sizes[static_cast<int>(conversion.length)], value);
         return Outcome::Stored;
     }
 
@@ -188,7 +207,8 @@ private:
 
 } // namespace
 
-int scanTargetFormat(const std::string& format, TargetIOScanSource& source, TargetIOArguments& arguments)
+int scanTargetFormat(const std::string& format, TargetIOScanSource& source,
+                     TargetIOArguments& arguments)
 {
     return Scanner(source, arguments).run(format);
 }

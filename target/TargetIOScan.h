@@ -11,7 +11,7 @@ public:
     static constexpr int End = -1;
 
     /// `read` gives the next character or End.
-    explicit TargetIOScanSource(std::function<int()> read) : m_read(std::move(read)) {}
+    explicit TargetIOScanSource(std::function<int()> read) : m_read(std::move(read)) { }
     int peek()
     {
         if (m_ahead == Nothing)
@@ -36,6 +36,7 @@ private:
     std::size_t m_taken = 0;
 };
 
-/// Reads as scanf does, with the pointers among the arguments in target memory. Returns the number of
-/// items stored, or -1 if the input ends before the first.
-int scanTargetFormat(const std::string& format, TargetIOScanSource& source, TargetIOArguments& arguments);
+/// Reads as scanf does, with the pointers among the arguments in target memory. Returns the number
+/// of items stored, or -1 if the input ends before the first.
+int scanTargetFormat(const std::string& format, TargetIOScanSource& source,
+                     TargetIOArguments& arguments);

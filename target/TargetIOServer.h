@@ -9,14 +9,14 @@
 #include <list>
 #include <string>
 
-/// Carries out the debug I/O of a target program: console, host files, time, arguments. A request is
-/// an operation number and the address of the communication word, which holds the address of the
+/// Carries out the debug I/O of a target program: console, host files, time, arguments. A request
+/// is an operation number and the address of the communication word, which holds the address of the
 /// arguments and takes the result. Failures of target memory come up as HException.
 ///
 /// What a request asks for that waits for input and finds none is answered "not yet": -2 for a
 /// character of `getchar` and `fgetc`, -1 for a line or a key, after `inputRequested`; the program
-/// asks again. When the terminal is at its end the answers change places, so that asking again ends:
-/// -1 (EOF) for a character, -2 for a line or a key.
+/// asks again. When the terminal is at its end the answers change places, so that asking again
+/// ends: -1 (EOF) for a character, -2 for a line or a key.
 class TargetIOServer {
 public:
     static constexpr unsigned Exit = 46;
@@ -30,12 +30,13 @@ public:
     /// Closes every open file and keeps the program's arguments; runs at each start.
     static void init(QStringList arguments);
 
-    /// `communicationWord` is the address of that word in `data`. An unknown operation does nothing.
+    /// `communicationWord` is the address of that word in `data`. An unknown operation does
+    /// nothing.
     static void handleOperation(TargetMemoryInterface* data, TargetMemoryInterface* code,
                                 unsigned operation, unsigned communicationWord);
 
-    /// A zero-terminated string from target memory, at most 1024 bytes with its end, which lives until
-    /// the end of the request.
+    /// A zero-terminated string from target memory, at most 1024 bytes with its end, which lives
+    /// until the end of the request.
     static const char* dumpString(unsigned address, bool fromCode);
 
     static int lastErrno() { return s_lastErrno; }

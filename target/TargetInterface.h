@@ -11,8 +11,9 @@
 /// simulator `go` returns when the target has stopped; on hardware, once it runs.
 class TargetInterface {
 public:
-    TargetInterface(QString title, unsigned capabilities) :
-        m_title(std::move(title)), m_capabilities(capabilities)
+    TargetInterface(QString title, unsigned capabilities)
+        : m_title(std::move(title)),
+          m_capabilities(capabilities)
     {
     }
     virtual ~TargetInterface();
@@ -38,8 +39,8 @@ public:
     /// Forgets all breakpoints and trace state.
     virtual void clear() = 0;
     virtual int getNumInterrupts() { return 0; }
-    virtual void getInterruptInformation(unsigned, unsigned&, QString&, QString&) {}
-    virtual void raiseInterrupt(int) {}
+    virtual void getInterruptInformation(unsigned, unsigned&, QString&, QString&) { }
+    virtual void raiseInterrupt(int) { }
 
     const QString& title() const { return m_title; }
     const QString& deviceId() const { return m_deviceId; }

@@ -10,7 +10,8 @@ constexpr unsigned stringBlock = 64;
 constexpr unsigned conversionBlock = 256;
 constexpr unsigned verifyBlock = 1024;
 
-/// Calls `visit(offset, size)` for `length` bytes in blocks of at most `block`, while it answers true.
+/// Calls `visit(offset, size)` for `length` bytes in blocks of at most `block`, while it answers
+/// true.
 template <class Visitor> bool inBlocks(unsigned length, unsigned block, Visitor visit)
 {
     for (unsigned done = 0; done < length;) {
@@ -23,7 +24,8 @@ template <class Visitor> bool inBlocks(unsigned length, unsigned block, Visitor 
 }
 
 template <class Number>
-void pokeNumbers(TargetMemoryInterface& memory, unsigned address, unsigned count, const Number* values)
+void pokeNumbers(TargetMemoryInterface& memory, unsigned address, unsigned count,
+                 const Number* values)
 {
     constexpr unsigned unit = sizeof(Number);
     constexpr unsigned perBlock = conversionBlock / unit;
@@ -80,13 +82,14 @@ QString TargetMemoryInterface::peekString(unsigned address, unsigned maxLength)
     return result;
 }
 
-void TargetMemoryInterface::downloadBytes(unsigned address, unsigned length, const unsigned char* data)
+void TargetMemoryInterface::downloadBytes(unsigned address, unsigned length,
+                                          const unsigned char* data)
 {
     pokeBytes(address, length, data);
 }
 
-void TargetMemoryInterface::downloadBytes(unsigned address, unsigned length, const unsigned char* data,
-                                          bool)
+void TargetMemoryInterface::downloadBytes(unsigned address, unsigned length,
+                                          const unsigned char* data, bool)
 {
     downloadBytes(address, length, data);
 }
@@ -101,7 +104,8 @@ void TargetMemoryInterface::memsetBytes(unsigned address, unsigned length, unsig
     fillNumbers(*this, address, length, value);
 }
 
-bool TargetMemoryInterface::verifyBytes(unsigned address, unsigned length, const unsigned char* data)
+bool TargetMemoryInterface::verifyBytes(unsigned address, unsigned length,
+                                        const unsigned char* data)
 {
     std::array<unsigned char, verifyBlock> buffer;
     return inBlocks(length, verifyBlock, [&](unsigned done, unsigned size) {

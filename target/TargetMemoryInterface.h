@@ -15,8 +15,11 @@ public:
     /// "No preference" of the optimum fragment sizes.
     static constexpr unsigned AnyFragment = 0xFFFFFFFF;
 
-    TargetMemoryInterface(Endian::EndianType endian, unsigned wordLength, bool erase = false) :
-        m_endian(endian), m_wordLength(wordLength), m_erase(erase), m_displayWidth(2 * wordLength)
+    TargetMemoryInterface(Endian::EndianType endian, unsigned wordLength, bool erase = false)
+        : m_endian(endian),
+          m_wordLength(wordLength),
+          m_erase(erase),
+          m_displayWidth(2 * wordLength)
     {
     }
     virtual ~TargetMemoryInterface();
@@ -39,23 +42,24 @@ public:
     /// The road of bulk loading.
     virtual void downloadBytes(unsigned address, unsigned length, const unsigned char* data);
     /// `last` is true for the final block of a load.
-    virtual void downloadBytes(unsigned address, unsigned length, const unsigned char* data, bool last);
+    virtual void downloadBytes(unsigned address, unsigned length, const unsigned char* data,
+                               bool last);
     virtual void uploadBytes(unsigned address, unsigned length, unsigned char* data);
     virtual void memsetBytes(unsigned address, unsigned length, unsigned char value);
     /// True if the memory holds `data`; true for length 0.
     virtual bool verifyBytes(unsigned address, unsigned length, const unsigned char* data);
-    virtual void eraseBytesBegin() {}
-    virtual void eraseBytesEnd() {}
+    virtual void eraseBytesBegin() { }
+    virtual void eraseBytesEnd() { }
     /// What was erased goes to the out-parameters, either of which may be null.
     virtual void eraseBytes(unsigned address, unsigned length, unsigned* erasedStart,
                             unsigned* erasedLength);
-    virtual void eraseAll() {}
+    virtual void eraseAll() { }
     /// True if the memory has to be erased before it is written.
     virtual bool erase() const { return m_erase; }
-    virtual void lockBytes(unsigned, unsigned) {}
-    virtual void lockAll() {}
-    virtual void unlockBytes(unsigned, unsigned) {}
-    virtual void unlockAll() {}
+    virtual void lockBytes(unsigned, unsigned) { }
+    virtual void lockAll() { }
+    virtual void unlockBytes(unsigned, unsigned) { }
+    virtual void unlockAll() { }
 
     // Numbers in the memory's byte order; `count` is in units of the number.
     virtual void pokeMultUint16(unsigned address, unsigned count, const unsigned short* values);
@@ -83,9 +87,10 @@ public:
     /// Empty until connected, which means that nothing can be checked.
     virtual AddressRanges& addressRanges() { return m_ranges; }
     /// Writes out what is cached.
-    virtual void flush() {}
+    virtual void flush() { }
 
-    // Bulk loops cut their requests to these sizes, in bytes, to keep progress and cancel responsive.
+    // Bulk loops cut their requests to these sizes, in bytes, to keep progress and cancel
+    // responsive.
     virtual unsigned optimumPokeBytesFragment() const { return AnyFragment; }
     virtual unsigned optimumDownloadBytesFragment() const { return AnyFragment; }
     virtual unsigned optimumUploadBytesFragment() const { return AnyFragment; }

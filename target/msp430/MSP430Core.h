@@ -9,8 +9,8 @@
 enum class RMode { LeftArithmetic, RightArithmetic, RightThroughCarry, RightUnsigned };
 
 /// The instruction engine as a template, so that each owner's accesses are bound at compile time:
-/// MSP430InstructionSetSimulator binds them to virtual operations, the simulator's run loop to plain
-/// memory. `Owner` derives from this class and gives what MSP430Operands asks for and
+/// MSP430InstructionSetSimulator binds them to virtual operations, the simulator's run loop to
+/// plain memory. `Owner` derives from this class and gives what MSP430Operands asks for and
 /// `unsupportedOpcode`, `call` and `calla`.
 ///
 /// Nothing is allocated and nothing is thrown.
@@ -34,7 +34,8 @@ public:
     unsigned execute(unsigned word)
     {
         if (word >= FirstTwoOperand)
-            return handlers[(word >> 8 & 0xF0) - (FirstTwoOperand >> 8) + (word >> 4 & 0xF)](*this, word);
+            return handlers[(word >> 8 & 0xF0) - (FirstTwoOperand >> 8) + (word >> 4 & 0xF)](*this,
+                                                                                             word);
         const Operation operation = msp430OperationOf(word);
         if (operation == Operation::Extension) [[unlikely]]
             return executeExtended(word);
@@ -97,8 +98,9 @@ protected:
                 continue;
             }
             carry = value & 1;
-            const bool top = mode == RMode::RightArithmetic ? (value & sign) != 0
-                                                            : mode == RMode::RightThroughCarry && oldCarry != 0;
+            const bool top = mode == RMode::RightArithmetic
+                ? (value & sign) != 0
+                : mode == RMode::RightThroughCarry && oldCarry != 0;
             value = value >> 1 | (top ? sign : 0);
         }
         owner().setRegister(reg, value);
@@ -224,7 +226,8 @@ private:
 
     using Handler = unsigned (*)(MSP430Core&, unsigned);
     template <std::size_t... index>
-    static constexpr std::array<Handler, sizeof...(index)> makeHandlers(std::index_sequence<index...>)
+    static constexpr std::array<Handler, sizeof...(index)>
+    makeHandlers(std::index_sequence<index...>)
     {
         constexpr auto first = static_cast<std::size_t>(Operation::Mov);
         return {&handle<static_cast<Operation>(first + index / 16), index % 16>...};
@@ -249,7 +252,8 @@ private:
                 writeBack(size, result);
             flagsAfter<operation>(size, source, destination, result);
         }
-        return msp430TwoOperandCycles(m_sourceMode, destinationMode != 0, reg == MSP430Register::PC);
+        return msp430TwoOperandCycles(m_sourceMode, destinationMode != 0,
+                                      reg == MSP430Register::PC);
     }
 
     /// The result, with the carry in the bit above the size. A subtraction adds the complement.
@@ -260,7 +264,8 @@ private:
         case Operation::Mov: return source;
         case Operation::Add: return source + destination;
         case Operation::Addc: return source + destination + (SR() & MSP430Status::C);
-        case Operation::Subc: return (~source & maskOf(size)) + destination + (SR() & MSP430Status::C);
+        case Operation::Subc:
+            return (~source & maskOf(size)) + destination + (SR() & MSP430Status::C);
         case Operation::Sub:
         case Operation::Cmp: return (~source & maskOf(size)) + 1 + destination;
         case Operation::Bic: return ~source & destination;
@@ -300,7 +305,8 @@ private:
     }
     static unsigned toDecimal(unsigned number)
     {
-        return number % 10 | number / 10 % 10 << 4 | number / 100 % 10 << 8 | number / 1000 % 10 << 12;
+        return number % 10 | number / 10 % 10 << 4 | number / 100 % 10 << 8
+            | number / 1000 % 10 << 12;
     }
 
     void decimalAdd(OperandSize size, unsigned source, unsigned destination)
@@ -309,9 +315,11 @@ private:
         const unsigned sum = fromDecimal(source) + fromDecimal(destination) + (SR() & C);
         const unsigned digits = toDecimal(sum);
         writeBack(size, digits);
-        const unsigned limit = size == OperandSize::Byte ? 100 : size == OperandSize::Word ? 10000 : 100000;
-        const unsigned flags = sum == 0 ? Z
-                                        : ((digits & signOf(size)) != 0 ? N : 0) | (sum >= limit ? C : 0);
+        const unsigned limit = size == OperandSize::Byte ? 100
+            : size == OperandSize::Word                  ? 10000
+                                                         : 100000;
+        const unsigned flags =
+            sum == 0 ? Z : ((digits & signOf(size)) != 0 ? N : 0) | (sum >= limit ? C : 0);
         setSR((SR() & ~(C | Z | N)) | flags);
     }
 
@@ -375,8 +383,8 @@ private:
     unsigned callSource(unsigned word)
     {
         setSP(SP() - 2);
-        const unsigned target
-            = sourceOperand(registerOf(word), modeOf(word), OperandSize::Word, MSP430NoExtension{});
+        const unsigned target =
+            sourceOperand(registerOf(word), modeOf(word), OperandSize::Word, MSP430NoExtension{});
         owner().call(target);
         return msp430CallCycles(m_sourceMode);
     }
@@ -408,10 +416,7 @@ private:
         return cycles;
     }
 
-    unsigned callaRelative()
-    {
-        return calla(readXWord(offsetAddress(MSP430Register::PC)), 6);
-    }
+    unsigned callaRelative() { return calla(readXWord(offsetAddress(MSP430Register::PC)), 6); }
 
     unsigned callaSource(unsigned word)
     {
@@ -454,7 +459,8 @@ private:
         const unsigned count = (word >> 4 & 0xF) + 1;
         unsigned sp = SP();
         for (unsigned i = 0; i < count; ++i) {
-            owner().setRegister(registerOf(word + i), address ? readXWord(sp) : owner().readWord(sp));
+            owner().setRegister(registerOf(word + i),
+                                address ? readXWord(sp) : owner().readWord(sp));
             sp += address ? 4 : 2;
         }
         setSP(sp);
@@ -487,16 +493,20 @@ private:
         switch (operation) {
         case Operation::MovaIndirect: return move(destination, readXAt(source, false), 3);
         case Operation::MovaIncrement: return moveIncrement(source, destination);
-        case Operation::MovaFromAbsolute: return move(destination, readXWord(address20(word >> 8)), 4);
-        case Operation::MovaFromIndexed: return move(destination, readXWord(offsetAddress(source)), 4);
+        case Operation::MovaFromAbsolute:
+            return move(destination, readXWord(address20(word >> 8)), 4);
+        case Operation::MovaFromIndexed:
+            return move(destination, readXWord(offsetAddress(source)), 4);
         case Operation::MovaToAbsolute: return store(address20(word), source);
         case Operation::MovaToIndexed: return store(offsetAddress(destination), source);
         case Operation::MovaImmediate:
-            return move(destination, address20(word >> 8), destination == MSP430Register::PC ? 3 : 2);
+            return move(destination, address20(word >> 8),
+                        destination == MSP430Register::PC ? 3 : 2);
         case Operation::Mova: return move(destination, owner().getRegister(source), 1);
         case Operation::CmpaImmediate:
         case Operation::AddaImmediate:
-        case Operation::SubaImmediate: return addressArithmetic(operation, address20(word >> 8), destination, 3);
+        case Operation::SubaImmediate:
+            return addressArithmetic(operation, address20(word >> 8), destination, 3);
         default: return addressArithmetic(operation, owner().getRegister(source), destination, 1);
         }
     }
@@ -513,7 +523,8 @@ private:
         return (value & 0x80000) != 0 ? value | 0xFFF00000 : value & 0xFFFFF;
     }
 
-    unsigned addressArithmetic(Operation operation, unsigned operand, int destination, unsigned cycles)
+    unsigned addressArithmetic(Operation operation, unsigned operand, int destination,
+                               unsigned cycles)
     {
         const unsigned left = signExtendAddress(owner().getRegister(destination));
         const unsigned right = signExtendAddress(operand);

@@ -6,14 +6,16 @@
 namespace {
 
 constexpr MSP430Device devices[] = {
-    {"generic", 0, 0x100, 0x1FF, 0x200, 0xFFFF, 0, 0, 0, 0, 0x80, 0, 0, 0x10000, 0xFFFFF, 16, 0x130, 16, true},
+    {"generic", 0, 0x100, 0x1FF, 0x200, 0xFFFF, 0, 0, 0, 0, 0x80, 0, 0, 0x10000, 0xFFFFF, 16, 0x130,
+     16, true},
 #include "MSP430DeviceTable.inc"
 };
 
 bool equalIgnoringCase(std::string_view a, std::string_view b)
 {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-        return std::toupper(static_cast<unsigned char>(x)) == std::toupper(static_cast<unsigned char>(y));
+        return std::toupper(static_cast<unsigned char>(x))
+            == std::toupper(static_cast<unsigned char>(y));
     });
 }
 

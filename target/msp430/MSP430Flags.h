@@ -44,7 +44,7 @@ constexpr unsigned ofAddress(unsigned source, unsigned destination, unsigned res
         | ((overflow<mode>(source, destination, result) & sign) != 0 ? V : 0);
 }
 
-inline constexpr unsigned arithmetic
-    = MSP430Status::C | MSP430Status::Z | MSP430Status::N | MSP430Status::V;
+inline constexpr unsigned arithmetic =
+    MSP430Status::C | MSP430Status::Z | MSP430Status::N | MSP430Status::V;
 
 } // namespace MSP430Flags

@@ -3,8 +3,8 @@
 #include "target/msp430/MSP430Core.h"
 
 /// Executes one MSP430 or MSP430X instruction at a time over registers and memory that the owner
-/// holds: registers 0 PC, 1 SP, 2 SR, 3 to 15 as 32-bit values, addresses in bytes. Faults of memory
-/// are the owner's business; the engine carries on with whatever a read returned.
+/// holds: registers 0 PC, 1 SP, 2 SR, 3 to 15 as 32-bit values, addresses in bytes. Faults of
+/// memory are the owner's business; the engine carries on with whatever a read returned.
 class MSP430InstructionSetSimulator : public MSP430Core<MSP430InstructionSetSimulator> {
 public:
     virtual ~MSP430InstructionSetSimulator();

@@ -23,9 +23,9 @@ std::vector<std::string> splitNames(const std::string& names)
 
 } // namespace
 
-MSP430Monitor::MSP430Monitor() :
-    SimulatedHMonitor(QStringLiteral("MSP430 Core Simulator"), simulatorCapabilities),
-    TargetMemoryInterface(Endian::Little, 2, true)
+MSP430Monitor::MSP430Monitor()
+    : SimulatedHMonitor(QStringLiteral("MSP430 Core Simulator"), simulatorCapabilities),
+      TargetMemoryInterface(Endian::Little, 2, true)
 {
 }
 
@@ -143,14 +143,15 @@ unsigned MSP430Monitor::singleStep()
         stopFor(StopReason::SoftwareBreakpoint);
         return 0;
     }
-    return m_matcher.watchesData() ? MSP430InstructionSetSimulator::singleStep() : m_core->singleStep();
+    return m_matcher.watchesData() ? MSP430InstructionSetSimulator::singleStep()
+                                   : m_core->singleStep();
 }
 
 unsigned MSP430Monitor::runUnwatched(unsigned passes)
 {
     std::uint32_t* const registers = m_registers.values();
-    const std::uint64_t deadline
-        = std::min(m_lastPoll + static_cast<std::uint64_t>(m_pollInterval), m_limits.cycles);
+    const std::uint64_t deadline =
+        std::min(m_lastPoll + static_cast<std::uint64_t>(m_pollInterval), m_limits.cycles);
     const std::span<std::uint32_t> executions = counts();
     const std::uint32_t base = countBase();
     RunCore& core = *m_core;
@@ -222,8 +223,8 @@ void MSP430Monitor::pollPeripherals()
 {
     if (m_peripherals == nullptr || (getRegister(MSP430Register::SR) & MSP430Status::GIE) == 0)
         return;
-    const unsigned vector
-        = m_peripherals->pollForInterrupts(static_cast<unsigned>(m_cycleCount - m_lastPoll));
+    const unsigned vector =
+        m_peripherals->pollForInterrupts(static_cast<unsigned>(m_cycleCount - m_lastPoll));
     if (vector >= m_vectorBase && vector <= 0xFFFE)
         m_pending[(vector - m_vectorBase) / 2] = 1;
 }

@@ -24,8 +24,8 @@ public:
     /// Names of devices, separated by ";", of which the last one in the library's order is taken;
     /// none known means the library's device 0. Read by `connect`.
     void setIdentifyString(std::string names) { m_identifyString = std::move(names); }
-    /// "16-Bit Multiplier" gives the 16-bit hardware multiplier, any other text the 32-bit one. Read
-    /// by `connect`.
+    /// "16-Bit Multiplier" gives the 16-bit hardware multiplier, any other text the 32-bit one.
+    /// Read by `connect`.
     void setHardwareMultiplier(std::string kind) { m_hardwareMultiplier = std::move(kind); }
     int interruptPollInterval() const { return m_pollInterval; }
     /// In cycles, 0 to 1000.
@@ -77,7 +77,10 @@ private:
     void selectDevice();
     void addValidRanges(const MSP430Device& device);
     void requireConnection() const;
-    bool sleeping() { return (m_registers.values()[MSP430Register::SR] & MSP430Status::CPUOFF) != 0; }
+    bool sleeping()
+    {
+        return (m_registers.values()[MSP430Register::SR] & MSP430Status::CPUOFF) != 0;
+    }
     unsigned wordAtPC();
     void pollPeripherals();
     bool takePending(unsigned& vector);

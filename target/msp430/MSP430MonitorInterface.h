@@ -5,7 +5,8 @@
 /// What every MSP430 target offers besides its monitor.
 class MSP430MonitorInterface {
 public:
-    /// The instruction that stops a program wherever it is met: `MOV.B #0, R3`, which no compiler makes.
+    /// The instruction that stops a program wherever it is met: `MOV.B #0, R3`, which no compiler
+    /// makes.
     static constexpr unsigned SoftwareBreakpoint = 0x4343;
 
     virtual ~MSP430MonitorInterface() = default;

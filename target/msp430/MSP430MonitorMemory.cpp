@@ -65,7 +65,8 @@ void MSP430Monitor::write(unsigned address, unsigned size, unsigned value)
 
 unsigned MSP430Monitor::peek(unsigned address, unsigned size)
 {
-    return memoryExists(address, size) ? m_image->load(address, size, true, m_peripherals.get()) : 0;
+    return memoryExists(address, size) ? m_image->load(address, size, true, m_peripherals.get())
+                                       : 0;
 }
 
 void MSP430Monitor::poke(unsigned address, unsigned size, unsigned value)
@@ -97,7 +98,8 @@ void MSP430Monitor::peekBytes(unsigned address, unsigned length, unsigned char* 
         data += size;
         length -= size;
     }
-    const unsigned there = address < MemoryImage::Size ? std::min(length, MemoryImage::Size - address) : 0;
+    const unsigned there =
+        address < MemoryImage::Size ? std::min(length, MemoryImage::Size - address) : 0;
     if (there > 0)
         std::copy_n(m_image->bytes() + address, there, data);
     std::fill_n(data + there, length - there, static_cast<unsigned char>(0));
@@ -114,7 +116,8 @@ void MSP430Monitor::pokeBytes(unsigned address, unsigned length, const unsigned 
         length -= size;
     }
     if (address < MemoryImage::Size)
-        std::copy_n(data, std::min(length, MemoryImage::Size - address), m_image->bytes() + address);
+        std::copy_n(data, std::min(length, MemoryImage::Size - address),
+                    m_image->bytes() + address);
 }
 
 void MSP430Monitor::pokeMultUint16(unsigned address, unsigned count, const unsigned short* values)

@@ -14,8 +14,8 @@ namespace MSP430Register {
 inline constexpr int PC = 0, SP = 1, SR = 2, CG = 3;
 }
 
-/// The extension word in front of an MSP430X instruction. Its repeat count and zero-carry bit have no
-/// effect here.
+/// The extension word in front of an MSP430X instruction. Its repeat count and zero-carry bit have
+/// no effect here.
 struct MSP430Extension {
     static constexpr bool present = true;
     unsigned word;
@@ -32,9 +32,9 @@ struct MSP430NoExtension {
 };
 
 /// Operand access of the instruction engine: addressing modes over the registers and memory of
-/// `Owner`, the class that derives from this one and gives `getRegister`, `setRegister`, `readByte`,
-/// `writeByte`, `readWord` and `writeWord`. Addresses are bytes; a word at an odd address is passed
-/// through for the owner to refuse.
+/// `Owner`, the class that derives from this one and gives `getRegister`, `setRegister`,
+/// `readByte`, `writeByte`, `readWord` and `writeWord`. Addresses are bytes; a word at an odd
+/// address is passed through for the owner to refuse.
 template <class Owner> class MSP430Operands {
 public:
     static constexpr unsigned maskOf(OperandSize size)
@@ -106,7 +106,8 @@ protected:
     }
 
     template <class Extension>
-    [[gnu::always_inline]] unsigned sourceOperand(int reg, int mode, OperandSize size, Extension extension)
+    [[gnu::always_inline]] unsigned sourceOperand(int reg, int mode, OperandSize size,
+                                                  Extension extension)
     {
         m_sourceRegister = reg;
         m_sourceMode = mode;
@@ -122,13 +123,15 @@ protected:
     }
 
     template <class Extension>
-    [[gnu::always_inline]] unsigned destinationOperand(int reg, int mode, OperandSize size, Extension extension)
+    [[gnu::always_inline]] unsigned destinationOperand(int reg, int mode, OperandSize size,
+                                                       Extension extension)
     {
         m_destinationRegister = reg;
         m_destinationMode = mode;
         if (mode == 0)
             return maskOperand(size, owner().getRegister(reg));
-        m_destinationAddress = cutAddress(indexedAddress(reg, extension, extension.destinationHigh()));
+        m_destinationAddress =
+            cutAddress(indexedAddress(reg, extension, extension.destinationHigh()));
         return readMemory(size, m_destinationAddress);
     }
 

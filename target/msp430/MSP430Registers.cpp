@@ -4,8 +4,9 @@
 
 namespace {
 
-constexpr std::array<const char*, MSP430Registers::Count> names
-    = {"PC", "SP", "SR", "R3", "R4", "R5", "R6", "R7", "R8", "R9", "R10", "R11", "R12", "R13", "R14", "R15"};
+constexpr std::array<const char*, MSP430Registers::Count> names = {
+    "PC", "SP", "SR",  "R3",  "R4",  "R5",  "R6",  "R7",
+    "R8", "R9", "R10", "R11", "R12", "R13", "R14", "R15"};
 constexpr std::array<const char*, 3> numberedNames = {"R0", "R1", "R2"};
 
 template <class Table> int indexOf(const Table& table, const QString& name)
@@ -17,9 +18,11 @@ template <class Table> int indexOf(const Table& table, const QString& name)
 
 } // namespace
 
-MSP430Registers::MSP430Registers(const MSP430Registers& other) :
-    TargetRegisterInterface(other), m_values(other.m_values), m_extended(other.m_extended),
-    m_dirty(other.m_dirty)
+MSP430Registers::MSP430Registers(const MSP430Registers& other)
+    : TargetRegisterInterface(other),
+      m_values(other.m_values),
+      m_extended(other.m_extended),
+      m_dirty(other.m_dirty)
 {
     m_values[0] &= ~1u;
 }

@@ -12,7 +12,7 @@ public:
     static constexpr unsigned Count = 16;
 
     /// `extended`: registers are 20 bits wide.
-    explicit MSP430Registers(bool extended = false) : m_extended(extended) {}
+    explicit MSP430Registers(bool extended = false) : m_extended(extended) { }
     /// Copies clear bit 0 of the PC.
     MSP430Registers(const MSP430Registers& other);
     MSP430Registers& operator=(const MSP430Registers& other);

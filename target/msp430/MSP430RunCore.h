@@ -3,13 +3,15 @@
 #include "target/msp430/MSP430Core.h"
 #include "target/msp430/MemoryImage.h"
 
-/// The instruction engine bound to plain memory and registers. An access that isn't an aligned one of
-/// a plain page goes to `Monitor`, whose virtual operations know the peripherals and the errors.
+/// The instruction engine bound to plain memory and registers. An access that isn't an aligned one
+/// of a plain page goes to `Monitor`, whose virtual operations know the peripherals and the errors.
 template <class Monitor> class MSP430RunCore : public MSP430Core<MSP430RunCore<Monitor>> {
 public:
     /// All three outlive this object.
-    MSP430RunCore(Monitor& monitor, MemoryImage& image, std::uint32_t* registers, bool extended) :
-        m_monitor(monitor), m_image(image), m_registers(registers)
+    MSP430RunCore(Monitor& monitor, MemoryImage& image, std::uint32_t* registers, bool extended)
+        : m_monitor(monitor),
+          m_image(image),
+          m_registers(registers)
     {
         this->m_extendedCore = extended;
     }
@@ -43,7 +45,10 @@ public:
     void call(unsigned target) { this->enter(target); }
     void calla(unsigned target) { this->enterA(target); }
 
-    bool isPlainWord(unsigned address) const { return (address & 1) == 0 && m_image.isPlain(address); }
+    bool isPlainWord(unsigned address) const
+    {
+        return (address & 1) == 0 && m_image.isPlain(address);
+    }
 
 private:
     Monitor& m_monitor;

@@ -2,10 +2,13 @@
 
 #include <cstring>
 
-MemoryImage::MemoryImage(const MSP430Device& device, const AddressRanges& valid, bool multiplier32) :
-    m_peripheralStart(device.peripheralStart), m_peripheralWordStart(device.peripheralWordStart),
-    m_peripheralEnd(device.peripheralEnd), m_multiplierStart(device.multiplierStart),
-    m_bytes(std::make_unique<unsigned char[]>(Size)), m_multiplier(multiplier32)
+MemoryImage::MemoryImage(const MSP430Device& device, const AddressRanges& valid, bool multiplier32)
+    : m_peripheralStart(device.peripheralStart),
+      m_peripheralWordStart(device.peripheralWordStart),
+      m_peripheralEnd(device.peripheralEnd),
+      m_multiplierStart(device.multiplierStart),
+      m_bytes(std::make_unique<unsigned char[]>(Size)),
+      m_multiplier(multiplier32)
 {
     std::memset(m_bytes.get(), UnwrittenByte, Size);
     constexpr std::uint32_t last = (1u << PageShift) - 1;

@@ -9,8 +9,8 @@
 #include <cstdint>
 #include <memory>
 
-/// The simulated memory: a byte for every address of the 20-bit space, and in front of its peripheral
-/// part the hardware multiplier and the peripheral simulator.
+/// The simulated memory: a byte for every address of the 20-bit space, and in front of its
+/// peripheral part the hardware multiplier and the peripheral simulator.
 ///
 /// A page is 256 bytes. One that is valid throughout and has no peripheral in it is plain: accesses
 /// of it need no test but that of their alignment.
@@ -51,8 +51,10 @@ public:
     unsigned char* bytes() { return m_bytes.get(); }
 
     /// An access of `size` bytes, 1 or 2, that may reach a peripheral; `peripherals` may be null.
-    unsigned load(std::uint32_t address, unsigned size, bool debug, PeripheralSimulator* peripherals);
-    void store(std::uint32_t address, unsigned size, unsigned value, PeripheralSimulator* peripherals);
+    unsigned load(std::uint32_t address, unsigned size, bool debug,
+                  PeripheralSimulator* peripherals);
+    void store(std::uint32_t address, unsigned size, unsigned value,
+               PeripheralSimulator* peripherals);
 
 private:
     static constexpr unsigned PageShift = 8;

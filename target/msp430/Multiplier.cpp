@@ -16,10 +16,14 @@ std::uint32_t withHighWord(std::uint32_t number, unsigned value)
 void Multiplier::store(unsigned offset, unsigned value)
 {
     switch (offset) {
-    case 0: case 16: return setFirst(value, 0);
-    case 2: case 20: return setFirst(value, 1);
-    case 4: case 24: return setFirst(value, 2);
-    case 6: case 28: return setFirst(value, 3);
+    case 0:
+    case 16: return setFirst(value, 0);
+    case 2:
+    case 20: return setFirst(value, 1);
+    case 4:
+    case 24: return setFirst(value, 2);
+    case 6:
+    case 28: return setFirst(value, 3);
     case 18: return setFirstHigh(value, 4);
     case 22: return setFirstHigh(value, 5);
     case 26: return setFirstHigh(value, 6);
@@ -37,13 +41,25 @@ void Multiplier::store(unsigned offset, unsigned value)
 unsigned Multiplier::load(unsigned offset) const
 {
     switch (offset) {
-    case 0: case 2: case 4: case 6: return m_first & 0xFFFF;
-    case 16: case 20: case 24: case 28: return m_first;
-    case 18: case 22: case 26: case 30: return m_first >> 16;
-    case 8: case 32: return m_second & 0xFFFF;
+    case 0:
+    case 2:
+    case 4:
+    case 6: return m_first & 0xFFFF;
+    case 16:
+    case 20:
+    case 24:
+    case 28: return m_first;
+    case 18:
+    case 22:
+    case 26:
+    case 30: return m_first >> 16;
+    case 8:
+    case 32: return m_second & 0xFFFF;
     case 34: return m_second >> 16;
-    case 10: case 36: return m_result & 0xFFFF;
-    case 12: case 38: return m_result >> 16 & 0xFFFF;
+    case 10:
+    case 36: return m_result & 0xFFFF;
+    case 12:
+    case 38: return m_result >> 16 & 0xFFFF;
     case 14: return m_sumExtension;
     case 40: return m_result >> 32 & 0xFFFF;
     case 42: return static_cast<unsigned>(m_result >> 48);
@@ -79,11 +95,10 @@ void Multiplier::doit()
     case 5: return multiply32Signed();
     case 6: return accumulate64(product);
     case 7:
-        return accumulate64(static_cast<std::uint64_t>(
-            std::int64_t{static_cast<std::int32_t>(m_first)} * static_cast<std::int32_t>(m_second)));
-    default:
-        m_result = product;
-        m_sumExtension = 0;
+        return accumulate64(
+            static_cast<std::uint64_t>(std::int64_t{static_cast<std::int32_t>(m_first)}
+                                       * static_cast<std::int32_t>(m_second)));
+    default: m_result = product; m_sumExtension = 0;
     }
 }
 
@@ -111,8 +126,8 @@ void Multiplier::accumulate16Signed()
 
 void Multiplier::multiply32Signed()
 {
-    const std::int64_t product
-        = std::int64_t{static_cast<std::int32_t>(m_first)} * static_cast<std::int32_t>(m_second);
+    const std::int64_t product =
+        std::int64_t{static_cast<std::int32_t>(m_first)} * static_cast<std::int32_t>(m_second);
     m_result = static_cast<std::uint64_t>(product);
     m_sumExtension = product < 0 ? allOnes : 0;
 }

@@ -2,13 +2,13 @@
 
 #include <cstdint>
 
-/// The hardware multiplier, by offsets in bytes from the start of its registers. The 32-bit modes keep
-/// the whole 64-bit product, as the device does. The registers' layout: MSP430x5xx family guide
-/// (SLAU208), "32-Bit Hardware Multiplier".
+/// The hardware multiplier, by offsets in bytes from the start of its registers. The 32-bit modes
+/// keep the whole 64-bit product, as the device does. The registers' layout: MSP430x5xx family
+/// guide (SLAU208), "32-Bit Hardware Multiplier".
 class Multiplier {
 public:
     /// `is32Bit`: the multiplier with 32-bit operands and 46 bytes of registers, else 16 bytes.
-    explicit Multiplier(bool is32Bit) : m_is32Bit(is32Bit) {}
+    explicit Multiplier(bool is32Bit) : m_is32Bit(is32Bit) { }
 
     unsigned length() const { return m_is32Bit ? 46 : 16; }
     void store(unsigned offset, unsigned value);

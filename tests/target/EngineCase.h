@@ -10,7 +10,10 @@
 /// Sixteen registers and a sparse memory that takes anything anywhere, and notes what it was asked.
 class FlatOwner : public MSP430InstructionSetSimulator {
 public:
-    unsigned getRegister(int number) override { return registers[static_cast<std::size_t>(number)]; }
+    unsigned getRegister(int number) override
+    {
+        return registers[static_cast<std::size_t>(number)];
+    }
     void setRegister(int number, unsigned value) override
     {
         registers[static_cast<std::size_t>(number)] = value;
@@ -20,7 +23,10 @@ public:
         reads.push_back(address);
         return bytes[address];
     }
-    void writeByte(unsigned address, unsigned value) override { bytes[address] = static_cast<unsigned char>(value); }
+    void writeByte(unsigned address, unsigned value) override
+    {
+        bytes[address] = static_cast<unsigned char>(value);
+    }
     unsigned readWord(unsigned address) override
     {
         reads.push_back(address);
@@ -29,7 +35,10 @@ public:
     void writeWord(unsigned address, unsigned value) override { setWord(address, value); }
     void unsupportedOpcode(unsigned word) override { unsupported.push_back(word); }
 
-    unsigned word(unsigned address) { return bytes[address] | static_cast<unsigned>(bytes[address + 1]) << 8; }
+    unsigned word(unsigned address)
+    {
+        return bytes[address] | static_cast<unsigned>(bytes[address + 1]) << 8;
+    }
     void setWord(unsigned address, unsigned value)
     {
         bytes[address] = static_cast<unsigned char>(value);

@@ -44,14 +44,17 @@ public:
     {
         stores.push_back({address, size, value});
     }
-    unsigned loadPeripheral(unsigned address, unsigned, bool debug) override { return debug ? 0xDE : address; }
+    unsigned loadPeripheral(unsigned address, unsigned, bool debug) override
+    {
+        return debug ? 0xDE : address;
+    }
     unsigned pollForInterrupts(unsigned cycles) override
     {
         polled += cycles;
         return due;
     }
-    void reset() override {}
-    void connect(QString) override {}
+    void reset() override { }
+    void connect(QString) override { }
 
     struct Access {
         unsigned address, size, value;
@@ -141,17 +144,33 @@ TEST_F(MonitorTest, DataAndRegisterBreakpoints)
     EXPECT_EQ(stopsAt({.address = 0x300, .trigger = 2}), start + 6) << "write";
     EXPECT_EQ(stopsAt({.address = 0x300, .trigger = 1}), start + 6) << "MOV reads its destination";
     EXPECT_EQ(stopsAt({.address = 0x2FF, .length = 4, .trigger = 2}), start + 6) << "range";
-    EXPECT_EQ(stopsAt({.address = 0x300, .length = 2, .trigger = 2, .valued = true, .value = 5}), start + 6);
-    EXPECT_EQ(stopsAt({.address = 0x300, .length = 2, .trigger = 2, .valued = true, .value = 6}), 0u);
-    EXPECT_EQ(stopsAt({.address = 0x300, .length = 1, .trigger = 2, .valued = true, .value = 5}), 0u) << "size";
-    EXPECT_EQ(stopsAt({.address = 0x300, .length = 2, .trigger = 2, .valued = true, .mask = 1, .value = 3}), start + 6);
-    const std::pair<unsigned, unsigned> comparisons[] = {{1, start + 6}, {2, 0}, {3, start + 6}, {4, 0}};
+    EXPECT_EQ(stopsAt({.address = 0x300, .length = 2, .trigger = 2, .valued = true, .value = 5}),
+              start + 6);
+    EXPECT_EQ(stopsAt({.address = 0x300, .length = 2, .trigger = 2, .valued = true, .value = 6}),
+              0u);
+    EXPECT_EQ(stopsAt({.address = 0x300, .length = 1, .trigger = 2, .valued = true, .value = 5}),
+              0u)
+        << "size";
+    EXPECT_EQ(
+        stopsAt(
+            {.address = 0x300, .length = 2, .trigger = 2, .valued = true, .mask = 1, .value = 3}),
+        start + 6);
+    const std::pair<unsigned, unsigned> comparisons[] = {
+        {1, start + 6}, {2, 0}, {3, start + 6}, {4, 0}};
     for (const auto& [comparison, where] : comparisons)
-        EXPECT_EQ(stopsAt({.address = 0x300, .length = 2, .trigger = 2, .valued = true, .value = 4, .comparison = comparison}), where);
+        EXPECT_EQ(stopsAt({.address = 0x300,
+                           .length = 2,
+                           .trigger = 2,
+                           .valued = true,
+                           .value = 4,
+                           .comparison = comparison}),
+                  where);
     EXPECT_EQ(stopsAt({.address = 6, .isRegister = true, .trigger = 2}), start + 10);
-    EXPECT_EQ(stopsAt({.address = 6, .isRegister = true, .trigger = 2, .valued = true, .value = 9}), 0u);
+    EXPECT_EQ(stopsAt({.address = 6, .isRegister = true, .trigger = 2, .valued = true, .value = 9}),
+              0u);
     HBreakpoint fails{.address = 0x302, .trigger = 2};
-    EXPECT_EQ(stopsAt({.address = 0x300, .trigger = 2, .next = &fails}), 0u) << "every term of a chain has to match";
+    EXPECT_EQ(stopsAt({.address = 0x300, .trigger = 2, .next = &fails}), 0u)
+        << "every term of a chain has to match";
 }
 
 TEST_F(MonitorTest, ABreakpointArmsAnotherAndATraceActionGoesOn)
@@ -190,7 +209,9 @@ TEST_F(MonitorTest, TraceKeepsTheNewestAndCountsSkipWhatNeverRan)
     std::vector<std::pair<unsigned, unsigned>> counts;
     for (monitor.iterateExecutionCount(); monitor.getNextExecutionCount(address, count, extra);)
         counts.emplace_back(address, count);
-    EXPECT_EQ(counts, (std::vector<std::pair<unsigned, unsigned>>{{start, 4}, {start + 2, 4}, {start + 4, 2}}));
+    EXPECT_EQ(
+        counts,
+        (std::vector<std::pair<unsigned, unsigned>>{{start, 4}, {start + 2, 4}, {start + 4, 2}}));
 }
 
 TEST_F(MonitorTest, ErrorsStopOnlyWhereEnabled)
@@ -203,10 +224,8 @@ TEST_F(MonitorTest, ErrorsStopOnlyWhereEnabled)
         std::initializer_list<unsigned short> words;
         unsigned address;
     } faults[] = {
-        {0, {0x13C5, 0x4303}, 0x13C5},
-        {1, {0x4215, 0x0C00, 0x4303}, 0x0C00},
-        {2, {0x43C2, 0x0C00, 0x4303}, 0x0C00},
-        {6, {0x4215, 0x0301, 0x4303}, 0x0301},
+        {0, {0x13C5, 0x4303}, 0x13C5},         {1, {0x4215, 0x0C00, 0x4303}, 0x0C00},
+        {2, {0x43C2, 0x0C00, 0x4303}, 0x0C00}, {6, {0x4215, 0x0301, 0x4303}, 0x0301},
         {7, {0x1205, 0x4303}, 0x02FF},
     };
     for (const auto& fault : faults) {
@@ -288,7 +307,8 @@ TEST_F(MonitorTest, PeripheralsSeeTheProgramAndTheDebuggerApart)
     // mov.b #1, &0x21; mov &0x160, r6; mov #3, &0x160
     load({0x43D2, 0x0021, 0x4216, 0x0160, 0x40B2, 0x0003, 0x0160, 0x4303});
     runTo(start + 14);
-    EXPECT_EQ(peripherals.stores, (std::vector<FakePeripherals::Access>{{0x21, 1, 1}, {0x160, 2, 3}}));
+    EXPECT_EQ(peripherals.stores,
+              (std::vector<FakePeripherals::Access>{{0x21, 1, 1}, {0x160, 2, 3}}));
     EXPECT_EQ(reg(6), 0x160u);
     EXPECT_EQ(monitor.peekByte(0x21), 0xDE);
 
@@ -336,8 +356,9 @@ TEST_F(MonitorTest, PeekingMatchesNothingAndReachesEveryByte)
 TEST_F(MonitorTest, WatchedAndUnwatchedRunsAgree)
 {
     // The program of the benchmark: arithmetic in memory and registers.
-    load({0x4031, 0x0400, 0x403A, 20, 0x4034, 0x0300, 0x4305, 0x4316, 0x5605, 0xE506, 0x4684, 0, 0x50B4, 3, 0,
-          0x4127, 0x6708, 0x1108, 0x1089, 0x531B, 0x903B, 50, 0x23F1, 0x430B, 0x831A, 0x23EE, 0x4343});
+    load({0x4031, 0x0400, 0x403A, 20,     0x4034, 0x0300, 0x4305, 0x4316, 0x5605,
+          0xE506, 0x4684, 0,      0x50B4, 3,      0,      0x4127, 0x6708, 0x1108,
+          0x1089, 0x531B, 0x903B, 50,     0x23F1, 0x430B, 0x831A, 0x23EE, 0x4343});
     const auto outcome = [&](bool watched) {
         monitor.clear();
         HBreakpoint never{.address = 0x9000, .trigger = 2};

@@ -1,8 +1,9 @@
-// Single random instructions in this simulator and in `mspdebug sim`, which was written from the same
-// manuals by others. Left out is what the two take differently, or one of them not at all:
+// Single random instructions in this simulator and in `mspdebug sim`, which was written from the
+// same manuals by others. Left out is what the two take differently, or one of them not at all:
 // - V after RRC, which is set here where a clear top bit receives a set carry;
 // - RRC, RRA, SWPB and SXT with indirect operands, which take the indexed rule here;
-// - bytes through SP with increment, SR and R3 as destinations, and DADD, whose digits above 9 and V
+// - bytes through SP with increment, SR and R3 as destinations, and DADD, whose digits above 9 and
+// V
 //   no manual defines;
 // - MSP430X instructions, which the peer doesn't simulate.
 // Those of the calls and the stack have their expectations in tables.
@@ -57,12 +58,17 @@ public:
         for (unsigned i = 1; i < 3; ++i)
             made.words[i] = 2 * pick(0, 4);
         const unsigned kind = pick(0, 9);
-        made.words[0] = kind < 7 ? twoOperand(made) : kind < 9 ? oneOperand(made) : 0x2000 | pick(0, 0x1FFF);
+        made.words[0] = kind < 7 ? twoOperand(made)
+            : kind < 9           ? oneOperand(made)
+                                 : 0x2000 | pick(0, 0x1FFF);
         return made;
     }
 
 private:
-    unsigned pick(unsigned low, unsigned high) { return std::uniform_int_distribution<unsigned>(low, high)(m_random); }
+    unsigned pick(unsigned low, unsigned high)
+    {
+        return std::uniform_int_distribution<unsigned>(low, high)(m_random);
+    }
 
     unsigned twoOperand(RandomCase& made)
     {
@@ -71,7 +77,10 @@ private:
         const unsigned mode = pick(0, 3);
         const bool constant = pick(0, 3) == 0;
         const bool immediate = !constant && mode == 3 && pick(0, 1) == 0;
-        const unsigned source = constant ? 3 : immediate ? 0 : mode == 0 ? pick(4, 15) : pick(8, 11);
+        const unsigned source = constant ? 3
+            : immediate                  ? 0
+            : mode == 0                  ? pick(4, 15)
+                                         : pick(8, 11);
         if (immediate)
             made.words[1] = pick(0, 0xFFFF);
         const unsigned memory = pick(0, 1);
@@ -95,7 +104,8 @@ private:
 std::string describe(const RandomCase& made)
 {
     char text[64];
-    std::snprintf(text, sizeof text, "%04x %04x %04x, SR %03x", made.words[0], made.words[1], made.words[2], made.registers[2]);
+    std::snprintf(text, sizeof text, "%04x %04x %04x, SR %03x", made.words[0], made.words[1],
+                  made.words[2], made.registers[2]);
     return text;
 }
 
@@ -133,7 +143,8 @@ void writeCommands(std::ostream& out, const std::vector<RandomCase>& cases)
     for (const RandomCase& made : cases) {
         out << "mw " << code;
         for (unsigned word : made.words) {
-            const unsigned char bytes[] = {static_cast<unsigned char>(word), static_cast<unsigned char>(word >> 8)};
+            const unsigned char bytes[] = {static_cast<unsigned char>(word),
+                                           static_cast<unsigned char>(word >> 8)};
             out << ' ' << hexBytes(bytes, 2);
         }
         out << "\nmw " << dataStart << ' ' << hexBytes(made.data.data(), dataLength) << '\n';
@@ -146,8 +157,10 @@ void writeCommands(std::ostream& out, const std::vector<RandomCase>& cases)
 /// The register block behind each step and the memory dump behind it.
 std::vector<Outcome> parseOutput(const std::string& output, const std::vector<RandomCase>& cases)
 {
-    static const QRegularExpression registerCell(QStringLiteral(R"(\( ?(PC|SP|SR|R\d+): ([0-9a-f]+)\))"));
-    static const QRegularExpression dumpLine(QStringLiteral(R"(^    0[0-9a-f]{4}: ((?:[0-9a-f]{2} ){16})\|)"));
+    static const QRegularExpression registerCell(
+        QStringLiteral(R"(\( ?(PC|SP|SR|R\d+): ([0-9a-f]+)\))"));
+    static const QRegularExpression dumpLine(
+        QStringLiteral(R"(^    0[0-9a-f]{4}: ((?:[0-9a-f]{2} ){16})\|)"));
     MSP430Registers names;
     std::vector<Outcome> outcomes;
     Outcome current;
@@ -155,8 +168,8 @@ std::vector<Outcome> parseOutput(const std::string& output, const std::vector<Ra
     for (std::string text; std::getline(lines, text);) {
         const QString line = QString::fromStdString(text);
         for (const auto& match : registerCell.globalMatch(line))
-            current.registers[static_cast<unsigned>(names.nameToNumber(match.captured(1)))]
-                = match.captured(2).toUInt(nullptr, 16);
+            current.registers[static_cast<unsigned>(names.nameToNumber(match.captured(1)))] =
+                match.captured(2).toUInt(nullptr, 16);
         current.data += dumpLine.match(line).captured(1).toStdString();
         if (current.data.size() < 3 * dataLength || outcomes.size() == cases.size())
             continue;
@@ -170,7 +183,8 @@ std::vector<Outcome> parseOutput(const std::string& output, const std::vector<Ra
 std::string runPeer(const std::filesystem::path& commands)
 {
     std::string output;
-    const std::string line = "mspdebug -q sim \"read " + commands.string() + "\" exit </dev/null 2>/dev/null";
+    const std::string line =
+        "mspdebug -q sim \"read " + commands.string() + "\" exit </dev/null 2>/dev/null";
     std::FILE* pipe = ::popen(line.c_str(), "r");
     char buffer[4096];
     while (std::size_t count = std::fread(buffer, 1, sizeof buffer, pipe))
@@ -189,7 +203,8 @@ TEST(Mspdebug, AgreesOnRandomInstructions)
     std::vector<RandomCase> cases;
     for (int i = 0; i < caseCount; ++i)
         cases.push_back(generator.next());
-    const auto path = std::filesystem::temp_directory_path() / ("gantry-mspdebug-" + std::to_string(::getpid()));
+    const auto path =
+        std::filesystem::temp_directory_path() / ("gantry-mspdebug-" + std::to_string(::getpid()));
     std::ofstream file(path);
     writeCommands(file, cases);
     file.close();

@@ -51,7 +51,7 @@ public:
     void errorOccurred(const char* what) override { events.push_back(what); }
     void debugBreakOccurred() override { events.push_back("break"); }
     void inputRequested() override { events.push_back("input"); }
-    void outputUpdated() override {}
+    void outputUpdated() override { }
     void exitOccurred(int code) override { events.push_back("exit " + std::to_string(code)); }
     void loadSymbols(const char* name, unsigned address) override
     {
@@ -62,13 +62,16 @@ public:
 
 class TargetIOServerTest : public testing::Test {
 protected:
-    TargetIOServerTest() : folder(std::filesystem::temp_directory_path() / ("gantry-io-" + std::to_string(::getpid())))
+    TargetIOServerTest()
+        : folder(std::filesystem::temp_directory_path()
+                 / ("gantry-io-" + std::to_string(::getpid())))
     {
         monitor.connect(false);
         monitor.memsetBytes(block, 0x6000, 0);
         TargetIOServer::setTerminal(&terminal);
         TargetIOServer::setHelperFunctions(&host);
-        TargetIOServer::init({QStringLiteral("prog"), QStringLiteral("two"), QStringLiteral("three")});
+        TargetIOServer::init(
+            {QStringLiteral("prog"), QStringLiteral("two"), QStringLiteral("three")});
         std::filesystem::create_directories(folder);
     }
     ~TargetIOServerTest() override
@@ -97,7 +100,8 @@ protected:
         TargetIOServer::handleOperation(&monitor, &monitor, operation, communication);
         return static_cast<short>(monitor.peekUint16(communication));
     }
-    std::string print(const std::string& formatText, std::vector<unsigned> words, unsigned operation = 10)
+    std::string print(const std::string& formatText, std::vector<unsigned> words,
+                      unsigned operation = 10)
     {
         terminal.output.clear();
         words.insert(words.begin(), put(format, formatText));
@@ -203,13 +207,15 @@ TEST_F(TargetIOServerTest, ScanfConversions)
     for (const auto& scanned : cases) {
         SCOPED_TRACE(scanned.format);
         terminal.lines = {scanned.line};
-        EXPECT_EQ(call(14, {put(format, scanned.format), buffer, buffer + 2, buffer + 4}), scanned.items);
+        EXPECT_EQ(call(14, {put(format, scanned.format), buffer, buffer + 2, buffer + 4}),
+                  scanned.items);
         for (std::size_t i = 0; i < scanned.values.size(); ++i)
             EXPECT_EQ(monitor.peekUint16(buffer + 2 * static_cast<unsigned>(i)), scanned.values[i]);
     }
     terminal.lines = {"name rest 1.5 2.5 70000"};
     put(format, "%4s %[a-z] %f %lf %ld");
-    EXPECT_EQ(call(14, {format, buffer, buffer + 0x10, buffer + 0x20, buffer + 0x30, buffer + 0x40}), 5);
+    EXPECT_EQ(
+        call(14, {format, buffer, buffer + 0x10, buffer + 0x20, buffer + 0x30, buffer + 0x40}), 5);
     EXPECT_EQ(monitor.peekString(buffer, 20), QStringLiteral("name"));
     EXPECT_EQ(monitor.peekString(buffer + 0x10, 20), QStringLiteral("rest"));
     EXPECT_EQ(std::bit_cast<float>(monitor.peekUint32(buffer + 0x20)), 1.5f);
@@ -323,7 +329,10 @@ TEST_F(TargetIOServerTest, ErrorsExitAndOtherServices)
     call(42, {});
     call(46, {7});
     call(120, {text, 0x1234});
-    EXPECT_EQ(host.events, (std::vector<std::string>{"divide by zero", "stack overflow", "stack underflow", "assert() failed", "own text", "break", "exit 7", "own text 4660"}));
+    EXPECT_EQ(host.events,
+              (std::vector<std::string>{"divide by zero", "stack overflow", "stack underflow",
+                                        "assert() failed", "own text", "break", "exit 7",
+                                        "own text 4660"}));
     std::vector<unsigned> operands = words64(static_cast<std::uint64_t>(-100));
     const std::pair<std::int64_t, std::int64_t> quotients[] = {{7, -14}, {0, 0}, {-1, 100}};
     for (const auto& [divisor, quotient] : quotients) {
@@ -351,14 +360,17 @@ TEST_F(TargetIOServerTest, ErrorsExitAndOtherServices)
 TEST_F(TargetIOServerTest, ArgumentsThatDontFitAreDroppedFromTheEnd)
 {
     // Each takes a pointer and its text with a zero: 7, 6 and 8 bytes behind the closing pointer.
-    const std::pair<unsigned, int> sizes[] = {{100, 3}, {23, 3}, {22, 2}, {15, 2}, {14, 1}, {9, 1}, {8, 0}, {2, 0}, {0, 0}};
+    const std::pair<unsigned, int> sizes[] = {{100, 3}, {23, 3}, {22, 2}, {15, 2}, {14, 1},
+                                              {9, 1},   {8, 0},  {2, 0},  {0, 0}};
     for (const auto& [size, count] : sizes) {
         SCOPED_TRACE(size);
         monitor.memsetBytes(buffer, 110, 0x55);
         EXPECT_EQ(call(84, {buffer, size}), count);
         const char* expected[] = {"prog", "two", "three"};
         for (int i = 0; i < count; ++i)
-            EXPECT_EQ(monitor.peekString(monitor.peekUint16(buffer + 2 * static_cast<unsigned>(i)), 20), QString::fromLatin1(expected[i]));
+            EXPECT_EQ(
+                monitor.peekString(monitor.peekUint16(buffer + 2 * static_cast<unsigned>(i)), 20),
+                QString::fromLatin1(expected[i]));
         EXPECT_EQ(monitor.peekByte(buffer + size), 0x55);
     }
 }

@@ -12,7 +12,10 @@ namespace {
 /// 64 KB of plain memory that notes the blocks in which it is accessed.
 class BlockMemory : public TargetMemoryInterface {
 public:
-    explicit BlockMemory(Endian::EndianType endian = Endian::Little) : TargetMemoryInterface(endian, 2) {}
+    explicit BlockMemory(Endian::EndianType endian = Endian::Little)
+        : TargetMemoryInterface(endian, 2)
+    {
+    }
     void pokeBytes(unsigned address, unsigned length, const unsigned char* data) override
     {
         pokes.push_back(length);
@@ -101,7 +104,9 @@ TEST(TargetMemoryInterface, BaseErasesNothingAndReportsTheRequest)
 TEST(MSP430Registers, NamesSizesAndDirtyMarks)
 {
     MSP430Registers registers(true);
-    const std::pair<const char*, int> names[] = {{"pc", 0}, {"SP", 1}, {"sr", 2}, {"R0", 0}, {"r1", 1}, {"R2", 2}, {"R3", 3}, {"r12", 12}, {"R15", 15}, {"R16", -1}, {"", -1}, {"R012", -1}};
+    const std::pair<const char*, int> names[] = {{"pc", 0},   {"SP", 1},   {"sr", 2}, {"R0", 0},
+                                                 {"r1", 1},   {"R2", 2},   {"R3", 3}, {"r12", 12},
+                                                 {"R15", 15}, {"R16", -1}, {"", -1},  {"R012", -1}};
     for (const auto& [name, number] : names)
         EXPECT_EQ(registers.nameToNumber(QString::fromLatin1(name)), number) << name;
     EXPECT_EQ(registers.numberToName(0), QStringLiteral("PC"));
