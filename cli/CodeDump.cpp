@@ -11,7 +11,6 @@
 
 namespace {
 
-void printHeader(const std::string& section) { std::printf("SECTION %s\n", section.c_str()); }
 void printNothing() { std::puts("nothing to disassemble"); }
 
 void printLoose(unsigned address, std::span<const unsigned char> bytes)
@@ -67,7 +66,7 @@ void SectionDump::printLabel(const TOBFMarker* marker)
 void SectionDump::printItem(TOBFInsn* item)
 {
     if (!m_any)
-        printHeader(m_section->getName()->str());
+        std::printf("SECTION %s\n", m_section->getName()->text());
     m_any = true;
     std::fputs(m_labels.c_str(), stdout);
     m_labels.clear();
@@ -117,8 +116,9 @@ void CodeDump::loadFile(LoadFileInterface& file)
     for (const auto& section : file.loadFileSections().sections()) {
         if (section->length() == 0 || section->data(false) == nullptr)
             continue;
+        if (any)
+            std::printf("\n");
         any = true;
-        printHeader(section->name());
         bytes(section->address(), {section->data(false), section->length()});
     }
     if (!any)
