@@ -64,7 +64,7 @@ TEST_F(RunTest, WhatStopsAProgram)
         {{0x4303, 0x4343}, "", 125, "software breakpoint"},
         {{0xD032, 0x0010}, "", 125, "the processor is off and nothing can wake it"},
         {{0x4214, 0x0301}, "", 125, "Unaligned access on word read"},
-        {{0x4214, 0x0300}, "", 125, "Uninitialised memory read"},
+        {{0x13A0}, "", 125, "Unsupported opcode"},
         {{0x4382, 0xFFFF}, "", 125, "Unaligned access on word write"},
     };
     for (const auto& c : cases) {
