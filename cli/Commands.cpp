@@ -9,7 +9,8 @@ std::span<const Command> commands()
 {
     static const std::vector<Command> all = {
         {"convert", "IN OUT [--from ID] [--to ID] [--address A] [--fill BYTE]", convertCommand},
-        {"dump", "FILE [--sections] [--symbols] [--types] [--lines] [--listing]", dumpCommand},
+        {"dump", "FILE [--sections] [--symbols] [--types] [--lines] [--listing] [--disassembly]",
+         dumpCommand},
         {"run",
          "PROGRAM [--device NAME] [--type ID] [--address A] [--fill BYTE] [--pc A] [--steps N] [--max-cycles N] "
          "[--break EXPR]... [--stdin FILE] [--peripherals FILE] [--trace N] [--counts] [--registers] [--stats] "

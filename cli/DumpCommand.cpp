@@ -1,6 +1,7 @@
 #include "cli/DumpCommand.h"
 
 #include "base/HException.h"
+#include "cli/CodeDump.h"
 #include "cli/Command.h"
 #include "cli/ObjectDump.h"
 #include "objfile/loadfiles/LoadFileFactory.h"
@@ -13,17 +14,32 @@
 
 namespace {
 
+void loadFileSections(LoadFileInterface& file)
+{
+    std::printf("%-16s %8s  %s\n", "section", "bytes", "addresses");
+    for (const auto& section : file.loadFileSections().sections())
+        std::printf("%-16s %8u  %05X-%05X\n", section->name().c_str(), section->length(),
+                    section->address(), section->address() + section->length() - 1);
+    if (file.hasEntryPoint())
+        std::printf("entry point %05lX\n", static_cast<unsigned long>(file.entryPoint()));
+}
+
+/// What a load file doesn't have, such as symbols.
+void nothing(LoadFileInterface&) { }
+
 struct Part {
     const char* option;
     void (*show)(TOBFModule* module);
+    void (*showLoadFile)(LoadFileInterface& file);
 };
 
 constexpr Part parts[] = {
-    {"--sections", ObjectDump::sections},
-    {"--symbols", ObjectDump::symbols},
-    {"--types", ObjectDump::types},
-    {"--lines", ObjectDump::lines},
-    {"--listing", ObjectDump::listing},
+    {"--sections", ObjectDump::sections, loadFileSections},
+    {"--symbols", ObjectDump::symbols, nothing},
+    {"--types", ObjectDump::types, nothing},
+    {"--lines", ObjectDump::lines, nothing},
+    {"--listing", ObjectDump::listing, nothing},
+    {"--disassembly", CodeDump::module, CodeDump::loadFile},
 };
 
 struct DumpOptions {
@@ -92,12 +108,8 @@ void dumpLoadFile(const DumpOptions& options, const char* type)
 {
     const std::unique_ptr<LoadFileInterface, DestroyLoadFile> file(
         LoadFileFactory::instance()->create(options.file.c_str(), type));
-    std::printf("%-16s %8s  %s\n", "section", "bytes", "addresses");
-    for (const auto& section : file->loadFileSections().sections())
-        std::printf("%-16s %8u  %05X-%05X\n", section->name().c_str(),
-                    section->length(), section->address(), section->address() + section->length() - 1);
-    if (file->hasEntryPoint())
-        std::printf("entry point %05lX\n", static_cast<unsigned long>(file->entryPoint()));
+    for (const Part* part : options.parts)
+        part->showLoadFile(*file);
 }
 
 } // namespace

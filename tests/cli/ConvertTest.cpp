@@ -1,55 +1,21 @@
-#include <gtest/gtest.h>
-
-#include <array>
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
+#include "CliTestSupport.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-struct Outcome {
-    int status;
-    std::string output; ///< both streams
-};
-
-Outcome gantry(const std::string& arguments)
-{
-    std::FILE* pipe = popen((GANTRY_ROOT_TREE "/bin/gantry " + arguments + " 2>&1").c_str(), "r");
-    std::string output;
-    std::array<char, 4096> block;
-    while (const std::size_t size = std::fread(block.data(), 1, block.size(), pipe))
-        output.append(block.data(), size);
-    return {WEXITSTATUS(pclose(pipe)), output};
-}
-
-class ConvertTest : public testing::Test {
+class ConvertTest : public CliTest {
 protected:
     void SetUp() override
     {
-        fs::remove_all(folder);
-        fs::create_directories(folder);
         make("in.hex", ":02F0000031409D\n:01F0040055B6\n:040000050000F00007\n:00000001FF\n");
         make("in.bin", "1@");
-    }
-    void make(const std::string& name, const std::string& bytes) const
-    {
-        std::ofstream(folder / name, std::ios::binary) << bytes;
-    }
-    std::string contents(const std::string& name) const
-    {
-        std::ifstream in(folder / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
     }
     Outcome convert(const std::string& in, const std::string& out,
                     const std::string& options = "") const
     {
-        return gantry("convert " + (folder / in).string() + " " + (folder / out).string() + " "
-                      + options);
+        return gantry("convert " + path(in) + " " + path(out) + " " + options);
     }
-
-    const fs::path folder = fs::path(testing::TempDir()) / "convert";
 };
 
 TEST_F(ConvertTest, BetweenFormats)
@@ -71,8 +37,8 @@ TEST_F(ConvertTest, BetweenFormats)
     };
     for (const auto& c : cases) {
         const Outcome outcome = convert(c.in, c.out, c.options);
-        EXPECT_EQ(outcome.status, 0) << outcome.output;
-        EXPECT_EQ(outcome.output, "");
+        EXPECT_EQ(outcome.status, 0) << outcome.errors;
+        EXPECT_EQ(outcome.output + outcome.errors, "");
         if (!c.text.empty()) {
             EXPECT_EQ(contents(c.out), c.text) << c.out;
         }
@@ -108,7 +74,7 @@ TEST_F(ConvertTest, FailuresSayWhyAndLeaveNoOutput)
     for (const auto& c : cases) {
         const Outcome outcome = convert(c.in, c.out, c.options);
         EXPECT_EQ(outcome.status, c.status) << c.says;
-        EXPECT_NE(outcome.output.find(c.says), std::string::npos) << outcome.output;
+        EXPECT_NE(outcome.errors.find(c.says), std::string::npos) << outcome.errors;
         EXPECT_FALSE(fs::exists(folder / c.out)) << c.says;
     }
 }
