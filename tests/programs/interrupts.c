@@ -4,6 +4,11 @@
 #include <stdint.h>
 #include <stdio.h>
 
+// The newer families' name.
+#ifndef TIMERA0_VECTOR
+#define TIMERA0_VECTOR TIMER0_A0_VECTOR
+#endif
+
 static volatile int16_t count;
 
 #pragma vector=PORT1_VECTOR
@@ -19,7 +24,8 @@ __interrupt void timer(void) {
 }
 
 static uint16_t vector(uint16_t offset) {
-  return *(const volatile uint16_t *)(0xffe0 + offset);
+  // The reset vector is the table's last, at 0xfffe.
+  return *(const volatile uint16_t *)(0xfffe - RESET_VECTOR + offset);
 }
 
 static void interrupt(uint16_t handler) {

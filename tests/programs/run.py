@@ -17,6 +17,10 @@ import tempfile
 import xml.etree.ElementTree
 
 HERE = pathlib.Path(__file__).resolve().parent
+
+# The host's scanf takes a whole line of the terminal, so that what it leaves can't be read on.
+TARGET_FORMATTING_ONLY = {"input"}
+
 LEVELS = {"O0": "-O0", "O1": "-O1", "Os": "-O-9", "O2": "-O+9"}
 MAX_CYCLES = 400_000_000
 
@@ -191,6 +195,8 @@ def main():
     toolchain = Toolchain(options.root.resolve(), options.device, options.ending, options.formatter,
                           options.io)
     sources = [HERE / (name + ".c") for name in options.programs] or sorted(HERE.glob("*.c"))
+    if options.io == "debug":
+        sources = [source for source in sources if source.stem not in TARGET_FORMATTING_ONLY]
     failures = 0
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
         runs = [(source, level, pool.submit(check, toolchain, source, level))

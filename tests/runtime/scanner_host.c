@@ -3,24 +3,16 @@
 
 #include <stdlib.h>
 
-#define strtod our_strtod
-#define strtof our_strtof
-#define strtold our_strtold
-#define atof our_atof
-#include "strtod.c"
-#undef REAL_DOUBLE
-#undef strtod
-#undef strtof
-#undef strtold
-#undef atof
-
 #include "formatter.h"
 
 #include <math.h>
 #include <stdarg.h>
+#include <stdint.h>
 #include <stdio.h>
 #include <string.h>
 
+// The library's, renamed where they are compiled.
+double our_strtod(const char *text, char **end);
 float our_strtof(const char *text, char **end);
 
 static int differences;

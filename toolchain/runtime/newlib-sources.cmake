@@ -8,8 +8,8 @@ set(NEWLIB_LIBC_SOURCES
   search: bsearch qsort tdelete tdestroy tfind tsearch twalk
   stdlib: abs div imaxabs imaxdiv itoa labs ldiv llabs lldiv rand_r utoa
   string: bcmp bcopy bzero ffsl ffsll fls flsl flsll index memccpy memchr memcmp memmem mempcpy
-    memrchr rawmemchr rindex stpcpy stpncpy strcasecmp strcasestr strcat strchr strchrnul strcmp
-    strcoll strcpy strcspn strerror strlcat strlcpy strlwr strncasecmp strncat strncmp strncpy
+    memrchr rawmemchr rindex stpcpy stpncpy strcasestr strcat strchr strchrnul strcmp
+    strcoll strcpy strcspn strerror strlcat strlcpy strlwr strncat strncmp strncpy
     strnlen strnstr strpbrk strrchr strsep strspn strstr strtok_r strupr strverscmp strxfrm
     u_strerr
   time: difftime gmtime_r month_lengths)
@@ -38,7 +38,13 @@ set(NEWLIB_LIBM_SOURCES
     sf_expm1 sf_fdim sf_finite sf_fma sf_fmax sf_fmin sf_fpclassify sf_ilogb sf_infinity
     sf_isinf sf_isinff sf_isnan sf_isnanf sf_llrint sf_llround sf_log1p sf_log2 sf_logb sf_lrint
     sf_lround sf_modf sf_nan sf_nearbyint sf_nextafter sf_pow10 sf_remquo sf_rint sf_round
-    sf_scalbln sf_scalbn sf_trunc sinhl sinl sqrtl tanhl tanl tgammal truncl)
+    sf_scalbln sf_scalbn sf_trunc sinhl sinl sqrtl tanhl tanl tgammal truncl
+  complex: cabs cabsf cabsl cacos cacosf cacosh cacoshf cacoshl cacosl carg cargf cargl casin
+    casinf casinh casinhf casinhl casinl catan catanf catanh catanhf catanhl catanl ccos ccosf
+    ccosh ccoshf ccoshl ccosl cephes_subr cephes_subrf cephes_subrl cexp cexpf cexpl cimag cimagf
+    cimagl clog clog10 clog10f clogf clogl conj conjf conjl cpow cpowf cpowl cproj cprojf cprojl
+    creal crealf creall csin csinf csinh csinhf csinhl csinl csqrt csqrtf csqrtl ctan ctanf ctanh
+    ctanhf ctanhl ctanl)
 
 # Relative to newlib/libc/include; ours, in include/, come over them.
 set(NEWLIB_HEADERS

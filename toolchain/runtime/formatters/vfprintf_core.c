@@ -263,6 +263,10 @@ static void convert(Formatter *f, char conversion, int length, va_list *argument
     case 'f': case 'e': case 'g': case 'a':
       put_real(f, conversion, va_arg(*arguments, double));
       break;
+#else
+    case 'f': case 'F': case 'e': case 'E': case 'g': case 'G': case 'a': case 'A':
+      // Not shown, but what follows stays in its place.
+      (void)va_arg(*arguments, double);  // fall through
 #endif
     default: put(f, conversion); break;
   }

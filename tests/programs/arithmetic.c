@@ -3,17 +3,16 @@
 // IEEE 754 arithmetic; with VERBOSE every single case, to find the one that differs.
 
 #include <stdint.h>
+#include <stdio.h>
 
-extern void emit(char character);
+#ifndef SEED
+#define SEED 2463534242u
+#define BLOCKS 6
+#endif
 
-static void emit_hex(uint64_t value, int digits) {
+static void show_hex(uint64_t value, int digits) {
   while (digits-- > 0)
-    emit("0123456789abcdef"[(value >> (4 * digits)) & 15]);
-}
-
-static void emit_text(const char *text) {
-  while (*text)
-    emit(*text++);
+    putchar("0123456789abcdef"[(value >> (4 * digits)) & 15]);
 }
 
 // ---- Operands
@@ -104,8 +103,8 @@ static void result(uint64_t bits) {
     hash = (hash ^ (uint8_t)(bits >> (8 * i))) * 16777619u;
   }
 #ifdef VERBOSE
-  emit(' ');
-  emit_hex(bits, 16);
+  putchar(' ');
+  show_hex(bits, 16);
 #endif
 }
 
@@ -257,17 +256,17 @@ int main(void) {
     last_double.bits = 0;
     last_float.bits = 0;
     for (int block = 0; block < BLOCKS; block++) {
-      emit_text(operations[op].name);
+      fputs(operations[op].name, stdout);
       hash = 2166136261u;
       for (int i = 0; i < 32; i++) {
         operations[op].run();
 #ifdef VERBOSE
-        emit('\n');
+        putchar('\n');
 #endif
       }
-      emit(' ');
-      emit_hex(hash, 8);
-      emit('\n');
+      putchar(' ');
+      show_hex(hash, 8);
+      putchar('\n');
     }
   }
   return 0;
