@@ -4,6 +4,7 @@
 #include "objfile/loadfiles/LoadFile.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace {
 
@@ -34,6 +35,15 @@ unsigned char sum(const std::vector<unsigned char>& bytes)
     for (const unsigned char byte : bytes)
         total += byte;
     return static_cast<unsigned char>(total);
+}
+
+/// The sum of the values of upper-case hexadecimal digits.
+unsigned int digitSum(std::string_view digits)
+{
+    unsigned int total = 0;
+    for (const char c : digits)
+        total += static_cast<unsigned int>(c <= '9' ? c - '0' : c - 'A' + 10);
+    return total;
 }
 
 /// The bytes that hold an address in an S-record: 2, 3 or 4.
@@ -122,11 +132,11 @@ void TekHexBuffer::write(char type, unsigned int address, Bytes bytes)
     const std::string body = "8" + hexText(number) + hexText(bytes);
     // Two digits of length, one of type, two of checksum stand in front of the body.
     const std::string length = hexText(std::array{static_cast<unsigned char>(body.size() + 5)});
-    unsigned int total = 0;
-    for (const char c : length + type + body)
-        total += static_cast<unsigned int>(c <= '9' ? c - '0' : c - 'A' + 10);
+    const unsigned int total = digitSum(length) + digitSum({&type, 1}) + digitSum(body);
     const std::string checksum = hexText(std::array{static_cast<unsigned char>(total)});
-    printText("%" + length + type + checksum + body + "\n");
+    printText("%" + length);
+    printText(type + checksum);
+    printText(body + "\n");
 }
 
 void HexBuffer::writeRecord(unsigned int address, Bytes bytes)

@@ -8,7 +8,7 @@ public:
     /// The widest span in bytes, from the first to the last byte, that is filled up into one image
     /// unless the file itself is longer: the MSP430's address space has a megabyte, so that a wider
     /// one can only come from a wrecked file.
-    static constexpr std::uint64_t MaximumContiguousSpan = 16 * 1024 * 1024;
+    static constexpr std::uint64_t MaximumContiguousSpan = 0x1000000;
 
     LoadFileInterface() = default;
     virtual ~LoadFileInterface() = default;

@@ -98,6 +98,18 @@ TEST(ToolOptions, TheLongestSpellingWinsAndOrderStays)
     EXPECT_EQ(message({"-O"}), "option -O needs a value");
 }
 
+TEST(ToolOptions, HelpText)
+{
+    const ToolDescription tool = {"kxx", "FILE", "Does nothing."};
+    EXPECT_EQ(toolHelp(tool, {}),
+              "usage: kxx FILE\nDoes nothing.\n\n"
+              "  --help     show this text\n  --version  show the version\n");
+    const ToolOption options[] = {{"-output", ToolOption::Separate, "a file", {}},
+                                  {"-V", ToolOption::Flag, nullptr, {}}};
+    EXPECT_NE(toolHelp(tool, options).find("  -output VALUE  a file\n  --help         show"),
+              std::string::npos);
+}
+
 std::string contents(const fs::path& path)
 {
     std::ifstream in(path, std::ios::binary);

@@ -61,7 +61,7 @@ std::vector<std::string> parseToolOptions(std::span<const std::string> words,
 
 std::string toolHelp(const ToolDescription& tool, std::span<const ToolOption> options)
 {
-    std::size_t width = std::strlen("--help");
+    std::size_t width = std::strlen("--version");
     for (const ToolOption& option : options)
         width = std::max(width, shownForm(option).size());
     const auto row = [width](const std::string& form, const char* help) {
