@@ -74,6 +74,10 @@ const ErrorCase Errors[] = {
     {".section FOO, fast", "unknown section kind 'fast'"},
     {".section F, code\n.section F, data", "section 'F' is of another kind", 2},
 
+    {".bss\n.word 1", "section 'UDATA0' has no room for contents", 2},
+    {".bss\n.word foo", "section 'UDATA0' has no room for contents", 2},
+    {".bss\nnop", "section 'UDATA0' has no room for contents", 2},
+
     {"a: nop\na: nop", "'a' is already defined in line 1", 2},
     {"a: nop\na = 1", "'a' is already a label", 2},
     {"a = 1\na: nop", "'a' is already defined in line 1", 2},

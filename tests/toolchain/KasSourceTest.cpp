@@ -44,6 +44,7 @@ TEST(KasSource, DataAndLayout)
         {"statements on a line", "a: b: nop { nop", "03430343"},
         {"comments", "nop ; one // two\n# a line\nnop // x\n/* nop\nnop */ nop\n.byte ';' ; x\n.ascii \"//;\"",
          "0343034303433b2f2f3b"},
+        {"a mark of the byte order", "\xEF\xBB\xBFnop", "0343"},
         {"numbered labels", "1: .word 1b, 1f\n1: .word 1b, 1f\n1:", "0010041004100810"},
         {"labels of the file", ".La: .word .Lb\n.Lb: .word .La", "02100010"},
     };
@@ -173,6 +174,7 @@ TEST(KasSource, SpecialItems)
 {
     EXPECT_EQ(Assembled(".rodata\n.init \"IDATA0\"\n.linkif __have && 2\n.byte 1\n.endlinkif\n.org 6\n.space size").items("CONST"),
               "| .ALIGN BYTE[2]; .INIT \"IDATA0\"; LINKIF __have && 2; DB 1 // 1; ENDLINKIF;| ORG 6; .SPACE size;");
+    EXPECT_EQ(Assembled(".bss\n.byte 0\n.fill 3, 1, 0\n.align 2").bytes("UDATA0"), "00000000");
     const Assembled huge(".fill 0x7fffffff\n.bss\n.space 0x7fffffff");
     EXPECT_EQ(huge.messages, Messages{});
 }

@@ -148,7 +148,7 @@ TOBFExpr* AsmExpressions::primary()
         m_tokens->expect(")");
         return inner;
     }
-    const AsmToken token = m_tokens->peek();
+    const AsmToken token = m_tokens->peek(); // a copy, since it is taken
     if (token.kind != AsmToken::Name && token.kind != AsmToken::Number &&
         token.kind != AsmToken::LabelRef)
         throw AsmError{m_tokens->atEnd() ? std::string("missing expression")

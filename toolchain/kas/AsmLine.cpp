@@ -5,6 +5,8 @@
 
 namespace {
 
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+
 bool isBlank(char c)
 {
     return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\0';
@@ -28,6 +30,8 @@ public:
 
     AsmLinesPtr run()
     {
+        if (m_text.starts_with(ByteOrderMark))
+            m_text.remove_prefix(ByteOrderMark.size());
         while (!m_text.empty()) {
             const std::size_t end = std::min(m_text.find('\n'), m_text.size());
             physicalLine(m_text.substr(0, end));

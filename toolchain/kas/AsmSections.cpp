@@ -42,6 +42,22 @@ std::optional<DefaultSection> byPrefix(const std::string& name)
     return {};
 }
 
+/// True for an item that has bytes other than zero.
+bool hasContent(TOBFInsn* insn)
+{
+    switch (insn->kind()) {
+    case TOBFKind::ProcessorInsn:
+    case TOBFKind::InitInsn:
+        return true;
+    case TOBFKind::DefBytesInsn:
+        return !insn->operand(0)->isConstant() || insn->operand(0)->evaluate().value != 0;
+    case TOBFKind::FillInsn:
+        return insn->getByte(0) != 0;
+    default:
+        return false;
+    }
+}
+
 struct KindOf {
     std::string name;
     SectionKind kind;
@@ -125,6 +141,8 @@ AsmSections::Section& AsmSections::required()
 void AsmSections::add(TOBFInsn* insn, Flow flow)
 {
     Section& section = required();
+    if (section.section->sectionKind() == SectionKind::Zeroed && hasContent(insn))
+        throw AsmError{"section '" + section.section->name()->str() + "' has no room for contents"};
     if (insn->kind() == TOBFKind::OriginInsn)
         beginAtOrigin(section);
     if (!section.begun)

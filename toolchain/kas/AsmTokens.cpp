@@ -21,25 +21,15 @@ bool continuesName(char c) { return startsName(c) || isDigit(c); }
 constexpr std::string_view DoubleOperators[] = {"<<", ">>", "<=", ">=", "==", "!=", "&&", "||"};
 constexpr std::string_view SingleOperators = "+-*/%<>&|^~!()#@,:=";
 
+/// Takes the first token off a text.
 class Scanner {
 public:
-    explicit Scanner(std::string_view text) : m_rest(text) {}
+    explicit Scanner(std::string_view& text) : m_rest(text) {}
 
-    std::vector<AsmToken> run()
-    {
-        std::vector<AsmToken> tokens;
-        for (;;) {
-            while (!m_rest.empty() && std::isspace(static_cast<unsigned char>(m_rest[0])))
-                m_rest.remove_prefix(1);
-            tokens.push_back(scan());
-            if (tokens.back().kind == AsmToken::End)
-                return tokens;
-        }
-    }
-
-private:
     AsmToken scan()
     {
+        while (!m_rest.empty() && std::isspace(static_cast<unsigned char>(m_rest[0])))
+            m_rest.remove_prefix(1);
         if (m_rest.empty())
             return take(AsmToken::End, 0);
         const char c = m_rest[0];
@@ -59,6 +49,7 @@ private:
         throw AsmError{std::string("unexpected character '") + c + "'"};
     }
 
+private:
     AsmToken take(AsmToken::Kind kind, std::size_t length)
     {
         AsmToken token;
@@ -177,30 +168,28 @@ private:
         return token;
     }
 
-    std::string_view m_rest;
+    std::string_view& m_rest;
 };
 
 } // namespace
 
-AsmTokens::AsmTokens(std::string_view statement) :
-    m_statement(statement), m_tokens(Scanner(statement).run())
+const AsmToken& AsmTokens::peek(std::size_t ahead)
 {
+    while (m_count <= ahead)
+        m_ahead[m_count++] = Scanner(m_unread).scan();
+    return m_ahead[ahead];
 }
 
-const AsmToken& AsmTokens::peek(std::size_t ahead) const
+AsmToken AsmTokens::next()
 {
-    return m_tokens[std::min(m_position + ahead, m_tokens.size() - 1)];
-}
-
-const AsmToken& AsmTokens::next()
-{
-    const AsmToken& token = peek();
-    if (m_position + 1 < m_tokens.size())
-        ++m_position;
+    peek();
+    AsmToken token = std::move(m_ahead[0]);
+    if (--m_count > 0)
+        m_ahead[0] = std::move(m_ahead[1]);
     return token;
 }
 
-bool AsmTokens::sees(std::string_view op, std::size_t ahead) const
+bool AsmTokens::sees(std::string_view op, std::size_t ahead)
 {
     return peek(ahead).kind == AsmToken::Operator && peek(ahead).text == op;
 }
@@ -221,7 +210,7 @@ void AsmTokens::expect(std::string_view op)
     throw AsmError{"missing '" + std::string(op) + "'" + place};
 }
 
-void AsmTokens::expectEnd() const
+void AsmTokens::expectEnd()
 {
     if (!atEnd())
         throw AsmError{"unexpected '" + std::string(peek().text) + "'"};
@@ -241,7 +230,13 @@ std::string AsmTokens::expectString()
     return next().string;
 }
 
-std::string_view AsmTokens::rest() const
+std::string_view AsmTokens::rest()
 {
     return m_statement.substr(static_cast<std::size_t>(peek().text.data() - m_statement.data()));
+}
+
+void AsmTokens::skipRest()
+{
+    m_unread = {};
+    m_count = 0;
 }

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 struct AsmToken {
     enum Kind {
@@ -21,33 +21,38 @@ struct AsmToken {
     std::string string;
 };
 
-/// The tokens of one statement, and a position among them.
+/// The tokens of one statement, read as they are needed.
 class AsmTokens {
 public:
-    /// The statement must outlive the tokens. Throws AsmError.
-    explicit AsmTokens(std::string_view statement);
+    /// The statement must outlive the tokens. Whatever looks at a token throws AsmError if it is
+    /// malformed.
+    explicit AsmTokens(std::string_view statement) : m_statement(statement), m_unread(statement) {}
 
-    const AsmToken& peek(std::size_t ahead = 0) const;
-    const AsmToken& next();
-    bool atEnd() const { return peek().kind == AsmToken::End; }
+    /// The next token, or the one behind it; valid until one is taken.
+    const AsmToken& peek(std::size_t ahead = 0);
+    AsmToken next();
+    bool atEnd() { return peek().kind == AsmToken::End; }
 
-    bool sees(std::string_view op, std::size_t ahead = 0) const;
+    bool sees(std::string_view op, std::size_t ahead = 0);
     /// Takes the operator if it is next.
     bool accept(std::string_view op);
     /// Takes the operator or throws.
     void expect(std::string_view op);
     /// Throws unless nothing is left.
-    void expectEnd() const;
+    void expectEnd();
     /// Takes a name or throws; `what` says what it should be.
     std::string expectName(const char* what);
     std::string expectString();
 
     /// The statement's text from the next token on.
-    std::string_view rest() const;
-    void skipRest() { m_position = m_tokens.size() - 1; }
+    std::string_view rest();
+    void skipRest();
 
 private:
+    static constexpr std::size_t MostAhead = 2;
+
     std::string_view m_statement;
-    std::vector<AsmToken> m_tokens;
-    std::size_t m_position = 0;
+    std::string_view m_unread;
+    std::array<AsmToken, MostAhead> m_ahead;
+    std::size_t m_count = 0; ///< of the tokens ahead
 };

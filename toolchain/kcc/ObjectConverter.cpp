@@ -300,14 +300,19 @@ TOBFInsn* ObjectConverter::makeInsn(unsigned index, const DecodedInsn& insn)
     return new TOBFMSP430Insn(insn.word, source, destination, false);
 }
 
-void ObjectConverter::emitLabels(Converted& converted, std::int64_t upTo, bool inclusive)
+void ObjectConverter::emitLabels(Converted& converted, std::int64_t upTo)
 {
-    auto& markers = converted.markers;
-    while (!markers.empty()
-           && (markers.begin()->first < upTo || (inclusive && markers.begin()->first == upTo))) {
-        converted.fragment->addInsn(markers.begin()->second);
-        markers.erase(markers.begin());
-    }
+    for (auto it = converted.markers.upper_bound(converted.labelled);
+         it != converted.markers.end() && it->first <= upTo; ++it)
+        converted.fragment->addInsn(it->second);
+    converted.labelled = std::max(converted.labelled, upTo);
+}
+
+/// Where the next label is to stand.
+std::int64_t ObjectConverter::nextLabel(const Converted& converted, std::int64_t otherwise)
+{
+    const auto it = converted.markers.upper_bound(converted.labelled);
+    return it != converted.markers.end() ? std::min(it->first, otherwise) : otherwise;
 }
 
 void ObjectConverter::emitLine(Converted& converted, std::int64_t offset)
@@ -328,11 +333,11 @@ void ObjectConverter::emitCode(unsigned index, std::vector<TOBFInsn*>& insns)
     m_currentLine = {};
     for (std::size_t i = 0; i < insns.size(); ++i) {
         const std::uint32_t offset = converted.insns[i].offset;
-        emitLabels(converted, offset, true);
+        emitLabels(converted, offset);
         emitLine(converted, offset);
         converted.fragment->addInsn(insns[i]);
     }
-    emitLabels(converted, m_elf.sections()[index].size, true);
+    emitLabels(converted, m_elf.sections()[index].size);
 }
 
 // Data.
@@ -348,27 +353,29 @@ void ObjectConverter::emitData(unsigned index)
     const ElfSection& section = m_elf.sections()[index];
     Converted& converted = m_converted[index];
     if (section.type == SHT_NOBITS) {
-        std::int64_t at = 0;
-        while (!converted.markers.empty() && converted.markers.begin()->first < section.size) {
-            const std::int64_t next = converted.markers.begin()->first;
-            if (next > at)
-                converted.fragment->addInsn(new TOBFSpaceInsn(new TOBFConstExpr(next - at)));
-            at = std::max(at, next);
-            emitLabels(converted, next, true);
-        }
-        converted.fragment->addInsn(new TOBFSpaceInsn(new TOBFConstExpr(section.size - at)));
-        emitLabels(converted, section.size, true);
+        emitSpace(converted, section.size);
         return;
     }
     std::uint32_t at = 0;
     for (const auto& [offset, relocation] : section.relocations) {
         emitBytes(converted, section, at, offset);
-        emitLabels(converted, offset, true);
+        emitLabels(converted, offset);
         converted.fragment->addInsn(new TOBFDefAddrInsn(relocated(relocation)));
         at = offset + 2;
     }
     emitBytes(converted, section, at, section.size);
-    emitLabels(converted, section.size, true);
+    emitLabels(converted, section.size);
+}
+
+void ObjectConverter::emitSpace(Converted& converted, std::int64_t size)
+{
+    emitLabels(converted, 0);
+    for (std::int64_t at = 0; at < size;) {
+        const std::int64_t next = nextLabel(converted, size);
+        converted.fragment->addInsn(new TOBFSpaceInsn(new TOBFConstExpr(next - at)));
+        emitLabels(converted, next);
+        at = next;
+    }
 }
 
 void ObjectConverter::emitBytes(Converted& converted, const ElfSection& section, std::uint32_t from,
@@ -376,10 +383,8 @@ void ObjectConverter::emitBytes(Converted& converted, const ElfSection& section,
 {
     constexpr std::uint32_t ShortestRun = 8;
     while (from < to) {
-        emitLabels(converted, from, true);
-        std::uint32_t end = to;
-        if (!converted.markers.empty() && converted.markers.begin()->first < to)
-            end = static_cast<std::uint32_t>(converted.markers.begin()->first);
+        emitLabels(converted, from);
+        const auto end = static_cast<std::uint32_t>(nextLabel(converted, to));
         std::uint32_t run = from;
         while (run < end && section.data[run] == section.data[from])
             ++run;

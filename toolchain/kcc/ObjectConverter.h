@@ -42,6 +42,7 @@ private:
         std::vector<DecodedInsn> insns;
         StackDepths stack;
         std::map<std::int64_t, TOBFMarker*> markers; ///< by offset
+        std::int64_t labelled = -1; ///< up to here the labels stand in the fragment
         std::map<std::int64_t, std::pair<unsigned, int>> lines; ///< file and line, by offset
     };
     struct Destination {
@@ -63,10 +64,12 @@ private:
     void convertCode(unsigned index);
     TOBFInsn* makeInsn(unsigned index, const DecodedInsn& insn);
     TOBFExpr* operand(unsigned index, std::uint32_t offset, unsigned reg, bool isImmediate);
-    void emitLabels(Converted& converted, std::int64_t upTo, bool inclusive);
+    void emitLabels(Converted& converted, std::int64_t upTo);
+    static std::int64_t nextLabel(const Converted& converted, std::int64_t otherwise);
     void emitLine(Converted& converted, std::int64_t offset);
     void emitCode(unsigned index, std::vector<TOBFInsn*>& insns);
     void emitData(unsigned index);
+    void emitSpace(Converted& converted, std::int64_t size);
     void emitBytes(Converted& converted, const ElfSection& section, std::uint32_t from,
                    std::uint32_t to);
     void emitVector(unsigned index, unsigned number);
