@@ -12,8 +12,9 @@ std::string source(int functions)
     std::string text;
     for (int i = 0; i < functions; ++i) {
         const std::string number = std::to_string(i);
-        text += ".global f" + number + "\nf" + number + ": mov #0x1234, r5 ; a comment\n add 4(r6), r7\n1: cmp #" +
-                number + ", r5\n jne 1b\n call #f" + std::to_string((i + 1) % functions) + "\n ret\n";
+        text += ".global f" + number + "\nf" + number
+            + ": mov #0x1234, r5 ; a comment\n add 4(r6), r7\n1: cmp #" + number
+            + ", r5\n jne 1b\n call #f" + std::to_string((i + 1) % functions) + "\n ret\n";
     }
     return text;
 }

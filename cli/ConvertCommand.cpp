@@ -42,7 +42,8 @@ unsigned parseNumber(const std::string& option, const std::string& text, unsigne
     unsigned value = 0;
     const auto [stopped, error] = std::from_chars(begin, end, value, hex ? 16 : 10);
     if (error != std::errc() || stopped != end || value > highest)
-        throw UsageError{option + " " + text + " isn't a number from 0 to " + std::to_string(highest)};
+        throw UsageError{option + " " + text + " isn't a number from 0 to "
+                         + std::to_string(highest)};
     return value;
 }
 
@@ -90,11 +91,13 @@ const Format& chooseFormat(const std::string& named, const std::string& path, co
 {
     const std::string id = named.empty() ? detectFormat(path) : named;
     if (id.empty())
-        throw UsageError{"the name of " + path + " doesn't tell its format; give it with " + option};
+        throw UsageError{"the name of " + path + " doesn't tell its format; give it with "
+                         + option};
     const auto* found = std::find_if(std::begin(Formats), std::end(Formats),
                                      [&](const Format& format) { return id == format.id; });
     if (found == std::end(Formats))
-        throw UsageError{"unknown format " + id + "; there are kvx, bin, ihex, tihex, srec, hex and tek"};
+        throw UsageError{"unknown format " + id
+                         + "; there are kvx, bin, ihex, tihex, srec, hex and tek"};
     return *found;
 }
 
@@ -118,8 +121,8 @@ void convert(const Request& request)
     const std::unique_ptr<LoadFileInterface> file(
         LoadFileFactory::instance()->create(request.in.c_str(), from.id));
     if (request.address && file->hasLoadAddress())
-        throw UsageError{std::string("--address has no use, as format ") + from.id +
-                         " has addresses of its own"};
+        throw UsageError{std::string("--address has no use, as format ") + from.id
+                         + " has addresses of its own"};
     if (request.address)
         file->setLoadAddress(*request.address);
     if (request.fill)

@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             archive.readMember(chunk, bytes);
     }
     QByteArray original;
-    QTx::decompressBytes(QByteArray(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)),
-                         original);
+    QTx::decompressBytes(
+        QByteArray(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)), original);
     return 0;
 }

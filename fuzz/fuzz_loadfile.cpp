@@ -17,7 +17,8 @@ constexpr const char* Types[] = {"ihex", "srec", "tihex", "hex", "bin"};
 void read(const char* path, const char* type)
 {
     try {
-        const std::unique_ptr<LoadFileInterface> file(LoadFileFactory::instance()->create(path, type));
+        const std::unique_ptr<LoadFileInterface> file(
+            LoadFileFactory::instance()->create(path, type));
         file->setLoadAddress(0xFFFFFFF0);
         AddressRanges ranges;
         file->loadFileSections().getSectionAddressRanges(ranges);

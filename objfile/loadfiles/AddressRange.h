@@ -9,8 +9,10 @@ struct AddressRange {
     using Type = int;
 
     /// The bounds may come in either order.
-    AddressRange(std::uint32_t low, std::uint32_t high, Type kind = 0) :
-        start(low), end(high), type(kind)
+    AddressRange(std::uint32_t low, std::uint32_t high, Type kind = 0)
+        : start(low),
+          end(high),
+          type(kind)
     {
         if (start > end)
             std::swap(start, end);
@@ -41,5 +43,8 @@ struct AddressRange {
 };
 
 struct AddressRangeLess {
-    bool operator()(const AddressRange& a, const AddressRange& b) const { return a.start < b.start; }
+    bool operator()(const AddressRange& a, const AddressRange& b) const
+    {
+        return a.start < b.start;
+    }
 };

@@ -12,17 +12,16 @@ void AddressRanges::add(std::uint32_t low, std::uint32_t high, AddressRange::Typ
         const auto touches = [](const AddressRange& a, const AddressRange& b) {
             return a.touches(b);
         };
-        while (absorbOnce(range, overlaps)) {
-        }
-        while (absorbOnce(range, touches)) {
-        }
+        while (absorbOnce(range, overlaps)) { }
+        while (absorbOnce(range, touches)) { }
     }
     const auto place =
         std::upper_bound(m_ranges.begin(), m_ranges.end(), range, AddressRangeLess());
     const auto index = place - m_ranges.begin();
     m_ranges.insert(place, range);
     // The entry in front repeats, which keeps the vector in order until it is brought up to date.
-    m_reach.insert(m_reach.begin() + index, index > 0 ? m_reach[static_cast<std::size_t>(index) - 1] : 0);
+    m_reach.insert(m_reach.begin() + index,
+                   index > 0 ? m_reach[static_cast<std::size_t>(index) - 1] : 0);
     updateReach(static_cast<std::size_t>(index));
 }
 

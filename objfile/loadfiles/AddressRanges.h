@@ -17,9 +17,9 @@ public:
     bool empty() const { return m_ranges.empty(); }
     const AddressRange& operator[](std::size_t index) const { return m_ranges[index]; }
 
-    /// Adds a range; the bounds may come in either order. With `merge`, ranges of the same type that
-    /// overlap it and then those that touch it become part of it, so that a set built with `merge`
-    /// throughout holds no two ranges of one type that overlap or touch.
+    /// Adds a range; the bounds may come in either order. With `merge`, ranges of the same type
+    /// that overlap it and then those that touch it become part of it, so that a set built with
+    /// `merge` throughout holds no two ranges of one type that overlap or touch.
     void add(std::uint32_t low, std::uint32_t high, AddressRange::Type type, bool merge);
     void add(std::uint32_t low, std::uint32_t high, bool merge) { add(low, high, 0, merge); }
 

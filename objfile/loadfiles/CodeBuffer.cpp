@@ -2,8 +2,9 @@
 
 #include "base/HException.h"
 
-CodeBuffer::CodeBuffer(const std::string& fileName) :
-    m_fileName(fileName), m_file(std::fopen(fileName.c_str(), "wb"), std::fclose)
+CodeBuffer::CodeBuffer(const std::string& fileName)
+    : m_fileName(fileName),
+      m_file(std::fopen(fileName.c_str(), "wb"), std::fclose)
 {
     if (!m_file)
         throw HException("cannot open " + fileName);
@@ -36,7 +37,7 @@ void CodeBuffer::endRecord(unsigned int entryPoint)
         throw HException("cannot write " + m_fileName);
 }
 
-void CodeBuffer::writeEnd(unsigned int) {}
+void CodeBuffer::writeEnd(unsigned int) { }
 
 void CodeBuffer::print(const char* format, ...)
 {

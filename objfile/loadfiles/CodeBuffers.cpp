@@ -111,15 +111,9 @@ void SRecordBuffer::write(char type, int addressBytes, unsigned int address, Byt
     printText(std::string("S") + type + hexText(record) + "\n");
 }
 
-void TekHexBuffer::writeRecord(unsigned int address, Bytes bytes)
-{
-    write('6', address, bytes);
-}
+void TekHexBuffer::writeRecord(unsigned int address, Bytes bytes) { write('6', address, bytes); }
 
-void TekHexBuffer::writeEnd(unsigned int entryPoint)
-{
-    write('8', entryPoint, {});
-}
+void TekHexBuffer::writeEnd(unsigned int entryPoint) { write('8', entryPoint, {}); }
 
 void TekHexBuffer::write(char type, unsigned int address, Bytes bytes)
 {
@@ -149,10 +143,7 @@ void TIHexBuffer::writeRecord(unsigned int address, Bytes bytes)
     printText(hexText(bytes, " ") + "\n");
 }
 
-void TIHexBuffer::writeEnd(unsigned int)
-{
-    printText("q\n");
-}
+void TIHexBuffer::writeEnd(unsigned int) { printText("q\n"); }
 
 void BinaryBuffer::writeRecord(unsigned int address, Bytes bytes)
 {

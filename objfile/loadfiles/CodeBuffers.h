@@ -9,7 +9,7 @@
 /// linear address record for an entry point.
 class IntelHexBuffer : public CodeBuffer {
 public:
-    explicit IntelHexBuffer(const std::string& fileName) : CodeBuffer(fileName) {}
+    explicit IntelHexBuffer(const std::string& fileName) : CodeBuffer(fileName) { }
 
 protected:
     void writeRecord(unsigned int address, Bytes bytes) override;
@@ -38,7 +38,7 @@ private:
 /// follows, the type, two digits of checksum, the address behind a digit with its number of digits.
 class TekHexBuffer : public CodeBuffer {
 public:
-    explicit TekHexBuffer(const std::string& fileName) : CodeBuffer(fileName) {}
+    explicit TekHexBuffer(const std::string& fileName) : CodeBuffer(fileName) { }
 
 protected:
     void writeRecord(unsigned int address, Bytes bytes) override;
@@ -51,7 +51,7 @@ private:
 /// Eight digits of address, then each byte behind a blank.
 class HexBuffer : public CodeBuffer {
 public:
-    explicit HexBuffer(const std::string& fileName) : CodeBuffer(fileName) {}
+    explicit HexBuffer(const std::string& fileName) : CodeBuffer(fileName) { }
 
 protected:
     void writeRecord(unsigned int address, Bytes bytes) override;
@@ -60,7 +60,7 @@ protected:
 /// TI-TXT; addresses have 20 bits.
 class TIHexBuffer : public CodeBuffer {
 public:
-    explicit TIHexBuffer(const std::string& fileName) : CodeBuffer(fileName) {}
+    explicit TIHexBuffer(const std::string& fileName) : CodeBuffer(fileName) { }
 
 protected:
     void writeRecord(unsigned int address, Bytes bytes) override;
@@ -70,12 +70,12 @@ private:
     std::optional<unsigned int> m_next;
 };
 
-/// The bytes themselves, from the first address on, with zeros in the gaps. Throws HException for an
-/// address below the first one, and for one that is LoadFileInterface::MaximumContiguousSpan behind
-/// the last.
+/// The bytes themselves, from the first address on, with zeros in the gaps. Throws HException for
+/// an address below the first one, and for one that is LoadFileInterface::MaximumContiguousSpan
+/// behind the last.
 class BinaryBuffer : public CodeBuffer {
 public:
-    explicit BinaryBuffer(const std::string& fileName) : CodeBuffer(fileName) {}
+    explicit BinaryBuffer(const std::string& fileName) : CodeBuffer(fileName) { }
 
 protected:
     void writeRecord(unsigned int address, Bytes bytes) override;

@@ -11,10 +11,7 @@ constexpr std::size_t ShortestLine = 9; // the address and the end of line
 
 } // namespace
 
-HexLoadFile::HexLoadFile(const char* path)
-{
-    read(path, LineBuffer);
-}
+HexLoadFile::HexLoadFile(const char* path) { read(path, LineBuffer); }
 
 bool HexLoadFile::readLine(const char* line)
 {

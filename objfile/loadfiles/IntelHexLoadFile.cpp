@@ -25,10 +25,7 @@ unsigned int number(const char*& cursor, int bytes, unsigned char& checksum)
 
 } // namespace
 
-IntelHexLoadFile::IntelHexLoadFile(const char* path)
-{
-    read(path, LineBuffer);
-}
+IntelHexLoadFile::IntelHexLoadFile(const char* path) { read(path, LineBuffer); }
 
 bool IntelHexLoadFile::readLine(const char* line)
 {
@@ -44,18 +41,11 @@ bool IntelHexLoadFile::readLine(const char* line)
         readBytes(cursor, (m_extendedLinear << 16) + (m_extendedSegment << 4) + address, count,
                   &checksum);
         break;
-    case ExtendedSegmentAddress:
-        m_extendedSegment = number(cursor, 2, checksum);
-        break;
-    case ExtendedLinearAddress:
-        m_extendedLinear = number(cursor, 2, checksum);
-        break;
+    case ExtendedSegmentAddress: m_extendedSegment = number(cursor, 2, checksum); break;
+    case ExtendedLinearAddress: m_extendedLinear = number(cursor, 2, checksum); break;
     case StartSegmentAddress:
-    case StartLinearAddress:
-        setEntryPoint(number(cursor, 4, checksum));
-        break;
-    default:
-        break;
+    case StartLinearAddress: setEntryPoint(number(cursor, 4, checksum)); break;
+    default: break;
     }
     const unsigned char expected = getAsciiHexByte(cursor, nullptr);
     if (expected != static_cast<unsigned char>(-checksum))
@@ -63,7 +53,4 @@ bool IntelHexLoadFile::readLine(const char* line)
     return type != EndOfFile;
 }
 
-void IntelHexLoadFile::reachedEndOfFile()
-{
-    throw HException("invalid end of file in hex file");
-}
+void IntelHexLoadFile::reachedEndOfFile() { throw HException("invalid end of file in hex file"); }

@@ -31,10 +31,7 @@ void LoadFileInterface::makeContiguous(unsigned char fill)
     m_sections.add(std::move(whole));
 }
 
-void LoadFileInterface::sortLoadFileSections()
-{
-    loadFileSections().sort();
-}
+void LoadFileInterface::sortLoadFileSections() { loadFileSections().sort(); }
 
 LoadFileSections& LoadFileInterface::loadFileSections()
 {

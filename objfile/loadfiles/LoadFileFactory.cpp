@@ -17,15 +17,12 @@ struct Ending {
 };
 
 constexpr Ending Endings[] = {
-    {".bin", ".BIN", "bin"}, {".rom", ".ROM", "bin"},   {".hex", ".HEX", "ihex"},
-    {".lst", ".LST", "hex"}, {".txt", ".TXT", "tihex"}, {".srec", ".SREC", "srec"},
+    {".bin", ".BIN", "bin"},  {".rom", ".ROM", "bin"},   {".hex", ".HEX", "ihex"},
+    {".lst", ".LST", "hex"},  {".txt", ".TXT", "tihex"}, {".srec", ".SREC", "srec"},
     {".s19", ".S19", "srec"},
 };
 
-template <typename File> LoadFileInterface* make(const char* path)
-{
-    return new File(path);
-}
+template <typename File> LoadFileInterface* make(const char* path) { return new File(path); }
 
 struct Maker {
     const char* type;
@@ -33,19 +30,19 @@ struct Maker {
 };
 
 constexpr Maker Makers[] = {
-    {"bin", make<BinaryLoadFile>},   {"ihex", make<IntelHexLoadFile>},
-    {"tihex", make<TIHexLoadFile>},  {"srec", make<SRecordLoadFile>},
+    {"bin", make<BinaryLoadFile>},  {"ihex", make<IntelHexLoadFile>},
+    {"tihex", make<TIHexLoadFile>}, {"srec", make<SRecordLoadFile>},
     {"hex", make<HexLoadFile>},
 };
 
 } // namespace
 
-LoadFileFactory::LoadFileFactory() :
-    m_types{{"bin", "*.bin *.rom", "Binary"},
-            {"ihex", "*.hex", "Intel Hex"},
-            {"tihex", "*.txt", "TI Hex"},
-            {"srec", "*.s19 *.srec", "Motorola S-Record"},
-            {"hex", "*.lst", "Hex"}}
+LoadFileFactory::LoadFileFactory()
+    : m_types{{"bin", "*.bin *.rom", "Binary"},
+              {"ihex", "*.hex", "Intel Hex"},
+              {"tihex", "*.txt", "TI Hex"},
+              {"srec", "*.s19 *.srec", "Motorola S-Record"},
+              {"hex", "*.lst", "Hex"}}
 {
 }
 
@@ -57,10 +54,7 @@ LoadFileInterface* LoadFileFactory::create(const char* path, const char* type)
     return nullptr;
 }
 
-void LoadFileFactory::destroy(LoadFileInterface* loadFile)
-{
-    delete loadFile;
-}
+void LoadFileFactory::destroy(LoadFileInterface* loadFile) { delete loadFile; }
 
 const char* LoadFileFactory::detect(const char* path)
 {

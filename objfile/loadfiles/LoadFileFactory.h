@@ -7,8 +7,8 @@
 
 /// A format for the user to choose.
 struct LoadFileTypeInfo {
-    const char* type;        ///< format id
-    const char* pattern;     ///< file name patterns, separated by blanks
+    const char* type;    ///< format id
+    const char* pattern; ///< file name patterns, separated by blanks
     const char* description;
 };
 

@@ -12,8 +12,8 @@ void LoadFileList::sort()
     for (const LoadFileListItem& item : *this)
         item.loadFile->sortLoadFileSections();
     std::stable_sort(begin(), end(), [](const LoadFileListItem& a, const LoadFileListItem& b) {
-        return a.loadFile->loadFileSections().firstSectionStartAddress() <
-               b.loadFile->loadFileSections().firstSectionStartAddress();
+        return a.loadFile->loadFileSections().firstSectionStartAddress()
+            < b.loadFile->loadFileSections().firstSectionStartAddress();
     });
 }
 

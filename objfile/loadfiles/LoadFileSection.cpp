@@ -15,8 +15,11 @@ bool operator==(const LoadFileSectionInterface& a, const LoadFileSectionInterfac
 }
 
 StandardLoadFileSection::StandardLoadFileSection(const char* name, unsigned int address,
-                                                 unsigned int length, unsigned char* data) :
-    m_name(name), m_address(address), m_length(length), m_data(data)
+                                                 unsigned int length, unsigned char* data)
+    : m_name(name),
+      m_address(address),
+      m_length(length),
+      m_data(data)
 {
 }
 
@@ -41,8 +44,8 @@ void StandardLoadFileSection::setBytes(unsigned char* data, unsigned int length)
     m_length = length;
 }
 
-ExpandingLoadFileSection::ExpandingLoadFileSection(const char* name, unsigned int address) :
-    StandardLoadFileSection(name, address, 0, nullptr)
+ExpandingLoadFileSection::ExpandingLoadFileSection(const char* name, unsigned int address)
+    : StandardLoadFileSection(name, address, 0, nullptr)
 {
 }
 

@@ -19,9 +19,8 @@ unsigned int totalLength(const LoadFileSections::List& list)
 
 void sortByAddress(LoadFileSections::List& list)
 {
-    std::stable_sort(list.begin(), list.end(), [](const auto& a, const auto& b) {
-        return a->address() < b->address();
-    });
+    std::stable_sort(list.begin(), list.end(),
+                     [](const auto& a, const auto& b) { return a->address() < b->address(); });
 }
 
 } // namespace
@@ -36,15 +35,9 @@ void LoadFileSections::addee(std::unique_ptr<LoadFileSectionInterface> section)
     m_eeSections.push_back(std::move(section));
 }
 
-unsigned int LoadFileSections::length() const
-{
-    return totalLength(m_sections);
-}
+unsigned int LoadFileSections::length() const { return totalLength(m_sections); }
 
-unsigned int LoadFileSections::eelength() const
-{
-    return totalLength(m_eeSections);
-}
+unsigned int LoadFileSections::eelength() const { return totalLength(m_eeSections); }
 
 unsigned int LoadFileSections::firstSectionStartAddress() const
 {
@@ -65,8 +58,8 @@ void LoadFileSections::getSectionAddressRanges(AddressRanges& ranges) const
     for (const auto& section : m_sections) {
         if (section->length() == 0)
             continue;
-        const std::uint64_t last = std::min<std::uint64_t>(
-            endOf(*section) - 1, std::numeric_limits<std::uint32_t>::max());
+        const std::uint64_t last =
+            std::min<std::uint64_t>(endOf(*section) - 1, std::numeric_limits<std::uint32_t>::max());
         ranges.add(section->address(), static_cast<std::uint32_t>(last), false);
     }
 }

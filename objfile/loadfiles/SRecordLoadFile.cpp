@@ -21,10 +21,7 @@ constexpr RecordKind Kinds[] = {
 
 } // namespace
 
-SRecordLoadFile::SRecordLoadFile(const char* path)
-{
-    read(path, LineBuffer);
-}
+SRecordLoadFile::SRecordLoadFile(const char* path) { read(path, LineBuffer); }
 
 bool SRecordLoadFile::readLine(const char* line)
 {
@@ -55,11 +52,8 @@ bool SRecordLoadFile::readLine(const char* line)
         if (address != m_dataRecords)
             throw HException("incorrect data record count");
         break;
-    case Role::Start:
-        setEntryPoint(address);
-        break;
-    case Role::Other:
-        break;
+    case Role::Start: setEntryPoint(address); break;
+    case Role::Other: break;
     }
     const unsigned char expected = getAsciiHexByte(cursor, nullptr);
     if (expected != static_cast<unsigned char>(~checksum))

@@ -23,10 +23,7 @@ unsigned int parseAddress(const char* digits)
 
 } // namespace
 
-TIHexLoadFile::TIHexLoadFile(const char* path)
-{
-    read(path, LineBuffer);
-}
+TIHexLoadFile::TIHexLoadFile(const char* path) { read(path, LineBuffer); }
 
 bool TIHexLoadFile::readLine(const char* line)
 {
@@ -46,7 +43,4 @@ bool TIHexLoadFile::readLine(const char* line)
     return true;
 }
 
-void TIHexLoadFile::reachedEndOfFile()
-{
-    throw HException("unexpected end of file");
-}
+void TIHexLoadFile::reachedEndOfFile() { throw HException("unexpected end of file"); }

@@ -27,16 +27,14 @@ std::uint64_t loadedLength(const TOBFModule& module)
 
 } // namespace
 
-TOBFLoadFile::TOBFLoadFile(const char* path) : m_module(TOBFfiles::getModule(Path(std::string(path))))
+TOBFLoadFile::TOBFLoadFile(const char* path)
+    : m_module(TOBFfiles::getModule(Path(std::string(path))))
 {
     if (m_module == nullptr)
         throw HException(std::string("cannot read ") + path);
 }
 
-TOBFLoadFile::~TOBFLoadFile()
-{
-    TOBFfiles::release(m_module);
-}
+TOBFLoadFile::~TOBFLoadFile() { TOBFfiles::release(m_module); }
 
 bool TOBFLoadFile::createLoadFileSections()
 {

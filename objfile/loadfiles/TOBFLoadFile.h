@@ -17,10 +17,10 @@ public:
     TOBFModule* module() const { return m_module; }
 
     bool hasEntryPoint() const override { return false; }
-    void setEntryPoint(unsigned long) override {}
+    void setEntryPoint(unsigned long) override { }
     unsigned long entryPoint() override { return 0; }
     bool hasLoadAddress() const override { return true; }
-    void setLoadAddress(unsigned long) override {}
+    void setLoadAddress(unsigned long) override { }
     bool hasSymbols() override { return true; }
     /// False if the sections are longer than any memory could be.
     bool createLoadFileSections() override;

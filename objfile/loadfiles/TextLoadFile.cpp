@@ -72,8 +72,8 @@ unsigned char* TextLoadFile::append(unsigned int address, unsigned int count)
 {
     if (count == 0)
         return nullptr;
-    const bool goesOn = m_current != nullptr &&
-                        std::uint64_t{m_current->address()} + m_current->length() == address;
+    const bool goesOn = m_current != nullptr
+        && std::uint64_t{m_current->address()} + m_current->length() == address;
     if (!goesOn) {
         auto section = std::make_unique<ExpandingLoadFileSection>("", address);
         m_current = section.get();

@@ -14,7 +14,7 @@ unsigned char getAsciiHexByte(const char*& cursor, unsigned char* checksum);
 class TextLoadFile : public StandardLoadFile {
 public:
     bool hasLoadAddress() const override { return true; }
-    void setLoadAddress(unsigned long) override {}
+    void setLoadAddress(unsigned long) override { }
     bool createLoadFileSections() override { return true; }
 
 protected:
@@ -26,7 +26,7 @@ protected:
     /// Reads one line, end of line included; false if it ends the file.
     virtual bool readLine(const char* line) = 0;
     /// Called when the file ends before a line has ended it.
-    virtual void reachedEndOfFile() {}
+    virtual void reachedEndOfFile() { }
 
     /// Reads `count` bytes at the cursor into the section that goes on at the address.
     void readBytes(const char*& cursor, unsigned int address, unsigned int count,

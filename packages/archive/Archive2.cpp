@@ -110,8 +110,8 @@ bool Archive2::readMember(const ArchiveChunk2& chunk, std::vector<unsigned char>
     if (fileLength(m_file) < long{chunk.offset} + chunk.length)
         return false;
     bytes.resize(static_cast<std::size_t>(chunk.length));
-    return std::fseek(m_file, chunk.offset, SEEK_SET) == 0 &&
-           std::fread(bytes.data(), 1, bytes.size(), m_file) == bytes.size();
+    return std::fseek(m_file, chunk.offset, SEEK_SET) == 0
+        && std::fread(bytes.data(), 1, bytes.size(), m_file) == bytes.size();
 }
 
 int Archive2::write(const char* name)

@@ -64,8 +64,8 @@ std::string header(std::string name, std::uint32_t offset, std::uint32_t length,
                    std::uint32_t time)
 {
     name.resize(1024, '\0');
-    return name + word(offset) + word(length) + std::string(readOnly ? "\1" : "\0", 1) +
-           std::string(3, '\0') + word(time);
+    return name + word(offset) + word(length) + std::string(readOnly ? "\1" : "\0", 1)
+        + std::string(3, '\0') + word(time);
 }
 
 TEST_F(ArchiveTest, FileIsLaidOutAsDescribed)
@@ -80,9 +80,10 @@ TEST_F(ArchiveTest, FileIsLaidOutAsDescribed)
     archive.addMember(source.c_str(), "a/b", 2, 5, true, 1000);
     archive.addMember(source.c_str(), std::string(1030, 'n').c_str(), 0, 2, false, -1);
     ASSERT_EQ(archive.write(path("two").c_str()), 0);
-    EXPECT_EQ(contents("two"), magic + word(2) + header("a/b", 8 + 2080, 5, true, 1000) +
-                                   header(std::string(1024, 'n'), 8 + 2085, 2, false, 0xFFFFFFFF) +
-                                   "HELLO" + "xx");
+    EXPECT_EQ(contents("two"),
+              magic + word(2) + header("a/b", 8 + 2080, 5, true, 1000)
+                  + header(std::string(1024, 'n'), 8 + 2085, 2, false, 0xFFFFFFFF) + "HELLO"
+                  + "xx");
     EXPECT_EQ(archive.members()[0].offset, 2) << "the memory copy keeps its old offset";
 }
 
@@ -137,7 +138,8 @@ TEST_F(ArchiveTest, OpenCodes)
         {"no members", magic + word(0), 0},
         {"cut directory", magic + word(1) + std::string(1039, 'a'), 2},
         {"count beyond the file", magic + word(0x7FFFFFFF) + std::string(1040, 'a'), 2},
-        {"bytes beyond the file are no matter here", magic + word(1) + header("m", 1, 99, false, 0), 0},
+        {"bytes beyond the file are no matter here", magic + word(1) + header("m", 1, 99, false, 0),
+         0},
     };
     for (const auto& c : cases) {
         Archive2 archive;
@@ -151,9 +153,10 @@ TEST_F(ArchiveTest, OpenCodes)
 TEST_F(ArchiveTest, HostileMembersCantBeRead)
 {
     const std::string magic("\xC8\xC3\x52\x41", 4);
-    const std::string file = make("bad", magic + word(3) + header("far", 0x7FFFFFFF, 0x7FFFFFFF, false, 0) +
-                                             header("before", 0xFFFFFFF0, 4, false, 0) +
-                                             header("negative", 8, 0xFFFFFFFF, false, 0));
+    const std::string file = make("bad",
+                                  magic + word(3) + header("far", 0x7FFFFFFF, 0x7FFFFFFF, false, 0)
+                                      + header("before", 0xFFFFFFF0, 4, false, 0)
+                                      + header("negative", 8, 0xFFFFFFFF, false, 0));
     Archive2 archive;
     ASSERT_EQ(open(archive, file), 0);
     for (const char* name : {"far", "before", "negative"})

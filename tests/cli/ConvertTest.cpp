@@ -42,9 +42,11 @@ protected:
         std::ifstream in(folder / name, std::ios::binary);
         return {std::istreambuf_iterator<char>(in), {}};
     }
-    Outcome convert(const std::string& in, const std::string& out, const std::string& options = "") const
+    Outcome convert(const std::string& in, const std::string& out,
+                    const std::string& options = "") const
     {
-        return gantry("convert " + (folder / in).string() + " " + (folder / out).string() + " " + options);
+        return gantry("convert " + (folder / in).string() + " " + (folder / out).string() + " "
+                      + options);
     }
 
     const fs::path folder = fs::path(testing::TempDir()) / "convert";

@@ -146,7 +146,9 @@ TEST(AddressRanges, RandomSetsAgreeWithTheRuleAppliedPlainly)
         for (std::uint32_t low = 0; low < 330; ++low) {
             const std::uint32_t high = low + random() % 30;
             const auto holds = [&](const AddressRange& r) { return r.contains(low, high); };
-            const auto meets = [&](const AddressRange& r) { return r.start <= high && low <= r.end; };
+            const auto meets = [&](const AddressRange& r) {
+                return r.start <= high && low <= r.end;
+            };
             ASSERT_EQ(ranges.find(low, high) != nullptr,
                       std::any_of(plain.begin(), plain.end(), holds));
             ASSERT_EQ(ranges.isOccludedBy(low, high),

@@ -7,10 +7,10 @@ namespace {
 /// A load file of sections that a test lays out.
 class MadeLoadFile : public StandardLoadFile {
 public:
-    explicit MadeLoadFile(std::vector<ByteRun> runs) : m_runs(std::move(runs)) {}
+    explicit MadeLoadFile(std::vector<ByteRun> runs) : m_runs(std::move(runs)) { }
 
     bool hasLoadAddress() const override { return true; }
-    void setLoadAddress(unsigned long) override {}
+    void setLoadAddress(unsigned long) override { }
     bool createLoadFileSections() override
     {
         for (ByteRun& run : m_runs)
@@ -68,8 +68,9 @@ TEST(LoadFileSections, Queries)
     EXPECT_EQ(sections.firstSectionStartAddress(), 0x1000u);
     AddressRanges ranges;
     sections.getSectionAddressRanges(ranges);
-    EXPECT_EQ(std::vector<AddressRange>(ranges.begin(), ranges.end()),
-              (std::vector<AddressRange>{{0x1000, 0x1002}, {0x2000, 0x2001}, {0xFFFFFFFE, 0xFFFFFFFF}}));
+    EXPECT_EQ(
+        std::vector<AddressRange>(ranges.begin(), ranges.end()),
+        (std::vector<AddressRange>{{0x1000, 0x1002}, {0x2000, 0x2001}, {0xFFFFFFFE, 0xFFFFFFFF}}));
     EXPECT_EQ(LoadFileSections().firstSectionStartAddress(), 0u);
 }
 
@@ -121,7 +122,8 @@ TEST(LoadFileList, SortsByFirstSection)
 
 TEST(LoadFileList, OverlapBetweenFilesOnly)
 {
-    MadeLoadFile a({{0x1000, {1, 2}}, {0x1001, {3}}}), b(std::vector<ByteRun>{{0x1002, {1, 2}}}), c({{0x0FFF, {1}}, {0x1003, {1}}});
+    MadeLoadFile a({{0x1000, {1, 2}}, {0x1001, {3}}}), b(std::vector<ByteRun>{{0x1002, {1, 2}}}),
+        c({{0x0FFF, {1}}, {0x1003, {1}}});
     LoadFileList list;
     EXPECT_FALSE(list.overlap());
     list.add(&a, "a", false);

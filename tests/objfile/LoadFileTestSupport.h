@@ -14,8 +14,8 @@
 /// A folder of its own for a test.
 class ScratchFolder {
 public:
-    explicit ScratchFolder(const std::string& name) :
-        m_path(std::filesystem::path(testing::TempDir()) / name)
+    explicit ScratchFolder(const std::string& name)
+        : m_path(std::filesystem::path(testing::TempDir()) / name)
     {
         std::filesystem::remove_all(m_path);
         std::filesystem::create_directories(m_path);
@@ -63,5 +63,6 @@ inline std::vector<ByteRun> runsOf(LoadFileInterface& file)
 
 inline std::unique_ptr<LoadFileInterface> openLoadFile(const std::string& path, const char* type)
 {
-    return std::unique_ptr<LoadFileInterface>(LoadFileFactory::instance()->create(path.c_str(), type));
+    return std::unique_ptr<LoadFileInterface>(
+        LoadFileFactory::instance()->create(path.c_str(), type));
 }

@@ -14,8 +14,10 @@ struct Format {
 };
 
 constexpr Format Formats[] = {
-    {"hex", "ihex", "-intel"}, {"srec", "srec", "-motorola"},
-    {"txt", "tihex", "-ti-txt"}, {"tek", nullptr, "-tektronix-extended"},
+    {"hex", "ihex", "-intel"},
+    {"srec", "srec", "-motorola"},
+    {"txt", "tihex", "-ti-txt"},
+    {"tek", nullptr, "-tektronix-extended"},
 };
 
 const std::vector<ByteRun>& image()
@@ -32,7 +34,8 @@ const std::vector<ByteRun>& image()
     return runs;
 }
 
-void write(const std::vector<ByteRun>& runs, const char* format, const std::string& path, unsigned entry = 0)
+void write(const std::vector<ByteRun>& runs, const char* format, const std::string& path,
+           unsigned entry = 0)
 {
     const auto buffer = CodeBuffer::make(format, path);
     for (const ByteRun& run : runs) {
@@ -55,7 +58,8 @@ TEST(CodeBuffer, RecordsOfEachFormat)
         const char* format;
         std::string text;
     } cases[] = {
-        {"hex", ":021000000102EB\n:020000040001F9\n:01234500ABEC\n:0400000500001002E5\n:00000001FF\n"},
+        {"hex",
+         ":021000000102EB\n:020000040001F9\n:01234500ABEC\n:0400000500001002E5\n:00000001FF\n"},
         {"srec", "S0030000FC\nS10510000102E7\nS205012345ABE6\nS9031002EA\n"},
         {"lst", "00001000 01 02\n00012345 AB\n"},
         {"txt", "@01000\n01 02\n@12345\nAB\nq\n"},
@@ -117,8 +121,8 @@ TEST(CodeBuffer, SrecCatReadsWhatWeWrite)
     const ScratchFolder folder("code_buffer_peer");
     for (const Format& format : Formats) {
         write(image(), format.writer, folder.path("out"));
-        ASSERT_TRUE(srecCat(folder.path("out") + " " + format.srecCat + " -o " + folder.path("peer") +
-                            " -motorola"))
+        ASSERT_TRUE(srecCat(folder.path("out") + " " + format.srecCat + " -o " + folder.path("peer")
+                            + " -motorola"))
             << format.writer;
         EXPECT_EQ(runsOf(*openLoadFile(folder.path("peer"), "srec")), image()) << format.writer;
     }
@@ -135,19 +139,21 @@ TEST(CodeBuffer, WeReadWhatSrecCatWrites)
     for (const Format& format : Formats) {
         if (format.reader == nullptr)
             continue;
-        ASSERT_TRUE(srecCat(folder.path("ours") + " -o " + folder.path("peer") + " " + format.srecCat))
+        ASSERT_TRUE(
+            srecCat(folder.path("ours") + " -o " + folder.path("peer") + " " + format.srecCat))
             << format.writer;
-        EXPECT_EQ(runsOf(*openLoadFile(folder.path("peer"), format.reader)), image()) << format.writer;
+        EXPECT_EQ(runsOf(*openLoadFile(folder.path("peer"), format.reader)), image())
+            << format.writer;
     }
     for (const char* mode : {"-address-length=2", "-address-length=4"}) {
-        ASSERT_TRUE(srecCat(folder.path("ours") + " -crop 0 0x10000 -o " + folder.path("peer") +
-                            " -motorola " + mode));
+        ASSERT_TRUE(srecCat(folder.path("ours") + " -crop 0 0x10000 -o " + folder.path("peer")
+                            + " -motorola " + mode));
         const auto runs = runsOf(*openLoadFile(folder.path("peer"), "srec"));
         ASSERT_EQ(runs.size(), 3u);
         EXPECT_EQ(runs[1], image()[1]);
     }
-    ASSERT_TRUE(srecCat(folder.path("ours") + " -crop 0x1100 0x1200 -offset -0x1100 -o " +
-                        folder.path("peer") + " -binary"));
+    ASSERT_TRUE(srecCat(folder.path("ours") + " -crop 0x1100 0x1200 -offset -0x1100 -o "
+                        + folder.path("peer") + " -binary"));
     const auto file = openLoadFile(folder.path("peer"), "bin");
     file->setLoadAddress(0x1100);
     EXPECT_EQ(runsOf(*file)[0].bytes,
@@ -157,8 +163,8 @@ TEST(CodeBuffer, WeReadWhatSrecCatWrites)
 TEST(LoadFileWriter, SortsAndKeepsTheEntryPoint)
 {
     const ScratchFolder folder("load_file_writer");
-    const std::string in = folder.make(
-        "in", ":01200000AA35\n:01100000BB34\n:0400000500001000E7\n:00000001FF\n");
+    const std::string in =
+        folder.make("in", ":01200000AA35\n:01100000BB34\n:0400000500001000E7\n:00000001FF\n");
     const auto file = openLoadFile(in, "ihex");
     writeLoadFile(*file, *CodeBuffer::make("srec", folder.path("out")));
     EXPECT_EQ(folder.contents("out"), "S0030000FC\nS1041000BB30\nS1042000AA31\nS9031000EC\n");

@@ -11,7 +11,7 @@ namespace {
 /// An executable that a test lays out item by item.
 class MadeExecutable {
 public:
-    MadeExecutable() : m_current(&m_pool), m_module(new TOBFModule) {}
+    MadeExecutable() : m_current(&m_pool), m_module(new TOBFModule) { }
 
     TOBFSection* section(const char* name, unsigned flags)
     {
@@ -67,8 +67,9 @@ TEST(TOBFLoadFile, RunsOfPlacedItems)
         executable.write(folder.path("a.kvx"));
     }
     const auto file = openLoadFile(folder.path("a.kvx"), "kvx");
-    EXPECT_EQ(runsOf(*file), (std::vector<ByteRun>{{0xF000, {0x31, 0x40, 0x34, 0x12}},
-                                                   {0xF010, {0x78, 0x56, 0xEE, 0xEE, 0xEE}}}));
+    EXPECT_EQ(runsOf(*file),
+              (std::vector<ByteRun>{{0xF000, {0x31, 0x40, 0x34, 0x12}},
+                                    {0xF010, {0x78, 0x56, 0xEE, 0xEE, 0xEE}}}));
     EXPECT_EQ(file->loadFileSections().sections()[1]->name(), "CODE");
     EXPECT_EQ(runsOf(file->loadFileSections().eeSections()), (std::vector<ByteRun>{{0, {2, 1}}}));
     EXPECT_EQ(file->loadFileSections().eelength(), 2u);

@@ -22,14 +22,16 @@ TEST(Diagnostics, LinesAreTheBuildLogsForms)
     diagnostics.error({"a.s", 0}, "empty");
     diagnostics.error("no input file");
     EXPECT_THROW(diagnostics.fatal("given up"), FatalDiagnostic);
-    EXPECT_EQ(lines, (std::vector<std::string>{
-                         "a.s(7): note: seen here", "dir/a.s(12): warning: value truncated",
-                         "a.s: error: empty", "kas: error: no input file", "kas: fatal: given up"}));
+    EXPECT_EQ(lines,
+              (std::vector<std::string>{
+                  "a.s(7): note: seen here", "dir/a.s(12): warning: value truncated",
+                  "a.s: error: empty", "kas: error: no input file", "kas: fatal: given up"}));
     EXPECT_EQ(diagnostics.errors(), 3u);
     EXPECT_EQ(diagnostics.warnings(), 1u);
     // The expression by which the log finds file, line and text.
     std::smatch match;
-    ASSERT_TRUE(std::regex_search(lines[1], match, std::regex(R"((.*)\((\d+)\): warning.*:\s(.+$))")));
+    ASSERT_TRUE(
+        std::regex_search(lines[1], match, std::regex(R"((.*)\((\d+)\): warning.*:\s(.+$))")));
     EXPECT_EQ(match.str(1) + "|" + match.str(2) + "|" + match.str(3), "dir/a.s|12|value truncated");
 }
 
@@ -71,12 +73,14 @@ TEST(ToolOptions, TheLongestSpellingWinsAndOrderStays)
         return [&log, name](const std::string& value) { log += std::string(name) + value + ";"; };
     };
     const std::vector<ToolOption> options = {
-        {"-w", ToolOption::Flag, "", take("w")},     {"-we", ToolOption::Flag, "", take("we")},
-        {"-O", ToolOption::Attached, "", take("O")}, {"-Oxc=", ToolOption::Attached, "", take("Oxc")},
+        {"-w", ToolOption::Flag, "", take("w")},
+        {"-we", ToolOption::Flag, "", take("we")},
+        {"-O", ToolOption::Attached, "", take("O")},
+        {"-Oxc=", ToolOption::Attached, "", take("Oxc")},
         {"-o", ToolOption::Separate, "", take("o")},
     };
-    const std::vector<std::string> words = {"a", "-we", "-Oxc=4", "-Oxj", "-o",
-                                            "x", "-w",  "-",      "-oy",  "--", "-q"};
+    const std::vector<std::string> words = {"a",  "-we", "-Oxc=4", "-Oxj", "-o", "x",
+                                            "-w", "-",   "-oy",    "--",   "-q"};
     EXPECT_EQ(parseToolOptions(words, options), (std::vector<std::string>{"a", "-", "-q"}));
     EXPECT_EQ(log, "we;Oxc4;Oxj;ox;w;oy;");
 
@@ -117,7 +121,9 @@ TEST(OutputFile, StandsOnlyWhenComplete)
         EXPECT_FALSE(fs::exists(target));
         kept.commit();
     }
-    { OutputFile abandoned(target.string()); }
+    {
+        OutputFile abandoned(target.string());
+    }
     EXPECT_EQ(contents(target), "whole");
 
     fs::create_symlink("out.bin", folder / "link");

@@ -136,7 +136,8 @@ void check(const ErrorCase& c, const AssemblerOptions& options)
 {
     const Assembled result(c.source, options);
     ASSERT_EQ(result.messages.size(), 1u) << c.source;
-    EXPECT_EQ(result.messages[0], "a.s(" + std::to_string(c.line) + "): error: " + c.message) << c.source;
+    EXPECT_EQ(result.messages[0], "a.s(" + std::to_string(c.line) + "): error: " + c.message)
+        << c.source;
 }
 
 TEST(KasErrors, EachAtItsLine)
@@ -165,7 +166,8 @@ TEST(KasErrors, InMacrosTheCallIsNamedToo)
 
 TEST(KasErrors, WarningDirective)
 {
-    EXPECT_EQ(Assembled("nop\n.warning \"old\"").messages, std::vector<std::string>{"a.s(2): warning: old"});
+    EXPECT_EQ(Assembled("nop\n.warning \"old\"").messages,
+              std::vector<std::string>{"a.s(2): warning: old"});
 }
 
 std::string repeated(const std::string& text, int count)
@@ -181,7 +183,8 @@ TEST(KasErrors, HostileSourcesEndInAMessage)
     const std::pair<std::string, const char*> cases[] = {
         {".macro m\nm\n.endm\nm", "macros are nested too deeply"},
         {".macro m\nm\nm\n.endm\nm", "macros are nested too deeply"},
-        {".macro m x\nm \\x\\x\n.endm\nm aaaaaaaaaaaaaaaa", "line becomes too long in the expansion of a macro"},
+        {".macro m x\nm \\x\\x\n.endm\nm aaaaaaaaaaaaaaaa",
+         "line becomes too long in the expansion of a macro"},
         {".rept 1000000\n.rept 1000000\nnop\n.endr\n.endr", "macros expand to too many lines"},
         {".word " + repeated("(", 100000), "expression is nested too deeply"},
         {".word " + repeated("-", 100000) + "1", "expression is nested too deeply"},
@@ -196,7 +199,8 @@ TEST(KasErrors, HostileSourcesEndInAMessage)
     // What doubles with each use stays within the limits too.
     std::string doubling = ".equ e0, a+a\n";
     for (int i = 1; i < 200; ++i)
-        doubling += ".equ e" + std::to_string(i) + ", e" + std::to_string(i - 1) + "+e" + std::to_string(i - 1) + "\n";
+        doubling += ".equ e" + std::to_string(i) + ", e" + std::to_string(i - 1) + "+e"
+            + std::to_string(i - 1) + "\n";
     EXPECT_FALSE(Assembled(doubling).messages.empty());
     // Equates that need each other have no value.
     EXPECT_FALSE(Assembled(".equ a, b\n.equ b, a\n.if a\n.endif").messages.empty());

@@ -48,7 +48,7 @@ protected:
 };
 
 struct LoadedModule {
-    explicit LoadedModule(const std::string& path) : module(TOBFfiles::getModule(Path(path))) {}
+    explicit LoadedModule(const std::string& path) : module(TOBFfiles::getModule(Path(path))) { }
     ~LoadedModule() { TOBFfiles::release(module); }
     LoadedModule(const LoadedModule&) = delete;
     LoadedModule& operator=(const LoadedModule&) = delete;
@@ -67,8 +67,9 @@ struct LoadedModule {
 TEST_F(KasProgram, PlainSourceNeedsNoPreprocessor)
 {
     const std::string inc = make("inc/part.inc", ".equ from_part, 7\n");
-    const std::string source = make("a.s", ".include \"part.inc\"\n.include \"inc/part.inc\"\n"
-                                           ".global size\nsize = from_part*2\nmain: mov #size, r5\n");
+    const std::string source = make("a.s",
+                                    ".include \"part.inc\"\n.include \"inc/part.inc\"\n"
+                                    ".global size\nsize = from_part*2\nmain: mov #size, r5\n");
     EXPECT_EQ(run({source, "-I" + path("inc"), "-D__GANTRY", "-V"}), "");
     const LoadedModule loaded(path("out.kvo"));
     EXPECT_EQ(loaded.value("size"), 14);
@@ -77,9 +78,12 @@ TEST_F(KasProgram, PlainSourceNeedsNoPreprocessor)
 
 TEST_F(KasProgram, PreprocessedSource)
 {
-    const std::string header = make("inc/numbers.h", "#define TWICE(x) ((x)*2)\n#ifdef FIVE\n#define N FIVE\n#endif\n");
-    const std::string source = make("a.S", "#include \"numbers.h\"\n.global n\n#if N > 4\nn = TWICE(N)\n#else\n"
-                                           "#error too small\n#endif\n mov #N, r5 ; it's N\n");
+    const std::string header =
+        make("inc/numbers.h", "#define TWICE(x) ((x)*2)\n#ifdef FIVE\n#define N FIVE\n#endif\n");
+    const std::string source =
+        make("a.S",
+             "#include \"numbers.h\"\n.global n\n#if N > 4\nn = TWICE(N)\n#else\n"
+             "#error too small\n#endif\n mov #N, r5 ; it's N\n");
     EXPECT_EQ(run({source, "-J" + path("inc"), "-DFIVE=5", "-mcpux"}), "");
     const LoadedModule loaded(path("out.kvo"));
     EXPECT_EQ(loaded.value("n"), 10);
@@ -90,8 +94,9 @@ TEST_F(KasProgram, ErrorsBehindThePreprocessorKeepTheirPlaces)
 {
     make("inc/bad.h", "\nfoo r5\n");
     const std::string source = make("a.S", "#include \"bad.h\"\n#define X bar\n nop\n X r6\n");
-    EXPECT_EQ(run({source, "-I" + path("inc")}), path("inc/bad.h") + "(2): error: unknown instruction 'foo'\n" +
-                                                     source + "(4): error: unknown instruction 'bar'\n");
+    EXPECT_EQ(run({source, "-I" + path("inc")}),
+              path("inc/bad.h") + "(2): error: unknown instruction 'foo'\n" + source
+                  + "(4): error: unknown instruction 'bar'\n");
     EXPECT_FALSE(fs::exists(path("out.kvo")));
 }
 

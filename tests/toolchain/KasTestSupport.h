@@ -24,9 +24,9 @@ inline AssemblerOptions debugOptions()
 /// A text assembled in a pool of its own.
 class Assembled {
 public:
-    explicit Assembled(const std::string& text, AssemblerOptions options = {}) :
-        m_current(&m_pool),
-        m_diagnostics("kas", [this](const std::string& line) { messages.push_back(line); })
+    explicit Assembled(const std::string& text, AssemblerOptions options = {})
+        : m_current(&m_pool),
+          m_diagnostics("kas", [this](const std::string& line) { messages.push_back(line); })
     {
         g_msp430x = options.msp430x;
         try {
@@ -69,7 +69,8 @@ public:
             insn.encode();
             for (int i = 0; i < insn.length(); ++i) {
                 char digits[3];
-                std::snprintf(digits, sizeof digits, "%02x", static_cast<unsigned>(insn.getByte(i)) & 0xFF);
+                std::snprintf(digits, sizeof digits, "%02x",
+                              static_cast<unsigned>(insn.getByte(i)) & 0xFF);
                 text += digits;
             }
         });

@@ -67,7 +67,10 @@ TEST_F(KexTest, EachFormatUnderItsEnding)
         {"bin", "1@"},
         {"txt", "@0F000\n31 40\nq\n"},
         // Sums of digits: 1+2 + 6 + 8+F + 3+1+4 = 28 hexadecimal; 0+E + 8 + 8 = 1E.
-        {"tek", "%126288" "0000F000" "3140\n%0E81E800000000\n"},
+        {"tek",
+         "%126288"
+         "0000F000"
+         "3140\n%0E81E800000000\n"},
     };
     for (const auto& [format, text] : cases) {
         Diagnostics diagnostics("kex", [](const std::string& line) { ADD_FAILURE() << line; });
@@ -83,7 +86,8 @@ TEST_F(KexTest, FailuresLeaveNoOutput)
     EXPECT_EQ(messageOf({}), "one executable has to be named");
     EXPECT_EQ(messageOf({path("a.kvx"), "-o", path("x")}), "no output format");
     EXPECT_EQ(messageOf({path("a.kvx"), "-o", path("x"), "-Felf"}), "unknown format elf");
-    EXPECT_EQ(messageOf({path("b.kvx"), "-o", path("x"), "-Fhex"}), "Can't access " + path("b.kvx"));
+    EXPECT_EQ(messageOf({path("b.kvx"), "-o", path("x"), "-Fhex"}),
+              "Can't access " + path("b.kvx"));
     EXPECT_EQ(messageOf({path("a.kvx"), "-Z"}), "unknown option -Z");
     std::size_t files = 0;
     for (const auto& entry : fs::directory_iterator(folder))

@@ -33,8 +33,8 @@ protected:
     }
 
     /// The messages, an exception's among them.
-    static std::string run(void (*tool)(std::span<const std::string>, Diagnostics&), const char* name,
-                           const std::vector<std::string>& words)
+    static std::string run(void (*tool)(std::span<const std::string>, Diagnostics&),
+                           const char* name, const std::vector<std::string>& words)
     {
         std::string messages;
         Diagnostics diagnostics(name, [&](const std::string& line) { messages += line + "\n"; });
@@ -52,7 +52,8 @@ protected:
 
 TEST_F(UtilityTools, KbcSaysThatThereIsNoCompiler)
 {
-    EXPECT_EQ(run(kbc, "kbc", {"a.bas", "-o", "a.kvo"}), "kbc: fatal: no Basic compiler is installed\n");
+    EXPECT_EQ(run(kbc, "kbc", {"a.bas", "-o", "a.kvo"}),
+              "kbc: fatal: no Basic compiler is installed\n");
 }
 
 TEST_F(UtilityTools, KxcMergesCutsAndFills)
@@ -101,8 +102,9 @@ TEST_F(UtilityTools, KxcCompares)
     const std::string a = make("a.txt", "@1000\n01 02 03 04\nq\n");
     const std::string b = make("b.lst", "00001000 01 09 09 04\n00001008 07\n");
     EXPECT_EQ(run(kxc, "kxc", {"-c", a, a}), "");
-    EXPECT_EQ(run(kxc, "kxc", {"-c", a, b}), "kxc: error: different in 0x01001-0x01002\n"
-                                             "kxc: error: different in 0x01008-0x01008\n");
+    EXPECT_EQ(run(kxc, "kxc", {"-c", a, b}),
+              "kxc: error: different in 0x01001-0x01002\n"
+              "kxc: error: different in 0x01008-0x01008\n");
     EXPECT_EQ(run(kxc, "kxc", {"-c", a, b, "-R1003-1005"}), "");
 }
 
@@ -118,7 +120,8 @@ TEST_F(UtilityTools, KxcRefuses)
         {{}, "no input file\n"},
         {{a}, "nothing to do; name an output with -o or a checksum with -H\n"},
         {{a, b, "-o", out}, b + " has another byte at 0x01000 than a file in front of it\n"},
-        {{a + "@2000", "-o", out}, "'" + a + "@2000' gives an address to a file that has its own\n"},
+        {{a + "@2000", "-o", out},
+         "'" + a + "@2000' gives an address to a file that has its own\n"},
         {{path("x.bin") + "@G", "-o", out}, "cannot open " + path("x.bin") + "\n"},
         {{path("x.elf"), "-o", out}, "the name of " + path("x.elf") + " doesn't tell its format\n"},
         {{a, "-o", path("out")}, "the name of " + path("out") + " doesn't tell its format\n"},
@@ -138,44 +141,54 @@ TEST_F(UtilityTools, KxcRefuses)
 
 TEST_F(UtilityTools, KmhMakesDefinitions)
 {
-    make("timers.xml", "<Root><RegisterGroup name=\"Timer A\" start=\"0x160\">"
-                       "<Register name=\"TACTL\" start=\"+0\" size=\"2\"/>"
-                       "<Register name=\"TAR\" start=\"+16\" size=\"2\" access=\"ReadOnly\"/>"
-                       "</RegisterGroup></Root>");
-    const std::string map = make("map.xml", "<Root>\n<MemorySegment name=\"RAM\" start=\"0x200\" size=\"512\"/>\n"
-                                            "<Register name=\"IE1\" start=\"0\">\n"
-                                            "<BitField name=\"WDT\" start=\"4\" size=\"2\">\n"
-                                            "<Enum name=\"ON\" start=\"2\"/></BitField></Register>\n"
-                                            "<Register name=\"banked\" start=\"(1)\"/>\n"
-                                            "<Import filename=\"timers.xml\"/></Root>\n");
+    make("timers.xml",
+         "<Root><RegisterGroup name=\"Timer A\" start=\"0x160\">"
+         "<Register name=\"TACTL\" start=\"+0\" size=\"2\"/>"
+         "<Register name=\"TAR\" start=\"+16\" size=\"2\" access=\"ReadOnly\"/>"
+         "</RegisterGroup></Root>");
+    const std::string map =
+        make("map.xml",
+             "<Root>\n<MemorySegment name=\"RAM\" start=\"0x200\" size=\"512\"/>\n"
+             "<Register name=\"IE1\" start=\"0\">\n"
+             "<BitField name=\"WDT\" start=\"4\" size=\"2\">\n"
+             "<Enum name=\"ON\" start=\"2\"/></BitField></Register>\n"
+             "<Register name=\"banked\" start=\"(1)\"/>\n"
+             "<Import filename=\"timers.xml\"/></Root>\n");
     EXPECT_EQ(run(kmh, "kmh", {map, "-o", path("map.h")}), "");
-    EXPECT_EQ(contents("map.h"), "/* Made by kmh from map.xml; changes would be lost. */\n\n"
-                                 "#ifndef map_h\n#define map_h\n\n"
-                                 "#define RAM_START 0x0200\n#define RAM_SIZE 0x0200\n"
-                                 "#define IE1 (*(volatile unsigned char *)0x0000)\n"
-                                 "#define IE1_WDT 0x0030\n#define IE1_WDT_ON 0x0020\n"
-                                 "\n/* Timer_A */\n"
-                                 "#define TACTL (*(volatile unsigned short *)0x0160)\n"
-                                 "#define TAR (*(const volatile unsigned short *)0x0170)\n\n#endif\n");
+    EXPECT_EQ(contents("map.h"),
+              "/* Made by kmh from map.xml; changes would be lost. */\n\n"
+              "#ifndef map_h\n#define map_h\n\n"
+              "#define RAM_START 0x0200\n#define RAM_SIZE 0x0200\n"
+              "#define IE1 (*(volatile unsigned char *)0x0000)\n"
+              "#define IE1_WDT 0x0030\n#define IE1_WDT_ON 0x0020\n"
+              "\n/* Timer_A */\n"
+              "#define TACTL (*(volatile unsigned short *)0x0160)\n"
+              "#define TAR (*(const volatile unsigned short *)0x0170)\n\n#endif\n");
 }
 
 TEST_F(UtilityTools, KmhLocatesFaults)
 {
     const std::pair<const char*, const char*> cases[] = {
-        {"<Root>\n<MemorySegment name=\"RAM\"/></Root>", "(2): error: segment without name, start and size\n"},
+        {"<Root>\n<MemorySegment name=\"RAM\"/></Root>",
+         "(2): error: segment without name, start and size\n"},
         {"<Root><Register start=\"1\"/></Root>", "(1): error: register without name and start\n"},
-        {"<Root><Register name=\"R\" start=\"1\" size=\"3\"/></Root>", "(1): error: register 'R' isn't of 1, 2 or 4 bytes\n"},
-        {"<Root><BitField name=\"B\" start=\"0\"/></Root>", "(1): error: bit field outside of a register\n"},
-        {"<Root><Register name=\"R\" start=\"1\"><BitField name=\"B\" start=\"32\"/></Register></Root>",
+        {"<Root><Register name=\"R\" start=\"1\" size=\"3\"/></Root>",
+         "(1): error: register 'R' isn't of 1, 2 or 4 bytes\n"},
+        {"<Root><BitField name=\"B\" start=\"0\"/></Root>",
+         "(1): error: bit field outside of a register\n"},
+        {"<Root><Register name=\"R\" start=\"1\"><BitField name=\"B\" "
+         "start=\"32\"/></Register></Root>",
          "(1): error: bit field without name or with bits that a register doesn't have\n"},
-        {"<Root><Enum name=\"E\" start=\"0\"/></Root>", "(1): error: value outside of a bit field\n"},
+        {"<Root><Enum name=\"E\" start=\"0\"/></Root>",
+         "(1): error: value outside of a bit field\n"},
         {"<Root><Import/></Root>", "(1): error: import without filename\n"},
     };
     for (const auto& [text, message] : cases) {
         const std::string map = make("bad.xml", text);
         EXPECT_EQ(run(kmh, "kmh", {map, "-o", path("bad.h")}), map + message);
     }
-    EXPECT_NE(run(kmh, "kmh", {make("bad.xml", "<Root>"), "-o", path("bad.h")}).find("bad.xml(1): error: "),
+    EXPECT_NE(run(kmh, "kmh", {make("bad.xml", "<Root>"), "-o", path("bad.h")})
+                  .find("bad.xml(1): error: "),
               std::string::npos);
     const std::string endless = make("a.xml", "<Root><Import filename=\"a.xml\"/></Root>");
     EXPECT_EQ(run(kmh, "kmh", {endless, "-o", path("bad.h")}),

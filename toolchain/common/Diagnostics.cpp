@@ -5,10 +5,7 @@
 
 namespace {
 
-void printToStandardError(const std::string& line)
-{
-    std::fprintf(stderr, "%s\n", line.c_str());
-}
+void printToStandardError(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
 
 const char* word(Severity severity)
 {
@@ -27,8 +24,9 @@ std::string place(const std::string& tool, const SourceLocation& where)
 
 } // namespace
 
-Diagnostics::Diagnostics(std::string tool, Sink sink) :
-    m_tool(std::move(tool)), m_sink(sink ? std::move(sink) : printToStandardError)
+Diagnostics::Diagnostics(std::string tool, Sink sink)
+    : m_tool(std::move(tool)),
+      m_sink(sink ? std::move(sink) : printToStandardError)
 {
 }
 

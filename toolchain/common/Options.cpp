@@ -17,8 +17,8 @@ const ToolOption* findOption(std::span<const ToolOption> options, const std::str
 {
     const ToolOption* best = nullptr;
     for (const ToolOption& option : options)
-        if (fits(option, word) &&
-            (best == nullptr || std::strlen(option.spelling) > std::strlen(best->spelling)))
+        if (fits(option, word)
+            && (best == nullptr || std::strlen(option.spelling) > std::strlen(best->spelling)))
             best = &option;
     return best;
 }
@@ -38,7 +38,8 @@ std::vector<std::string> parseToolOptions(std::span<const std::string> words,
     for (std::size_t i = 0; i < words.size(); ++i) {
         const std::string& word = words[i];
         if (word == "--") {
-            inputs.insert(inputs.end(), words.begin() + static_cast<std::ptrdiff_t>(i) + 1, words.end());
+            inputs.insert(inputs.end(), words.begin() + static_cast<std::ptrdiff_t>(i) + 1,
+                          words.end());
             break;
         }
         if (word.size() < 2 || word[0] != '-') {

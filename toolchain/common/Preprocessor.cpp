@@ -19,8 +19,15 @@ void append(Words& words, const char* option, const Words& values)
 
 Words command(const PreprocessorOptions& options)
 {
-    Words words = {"clang", "--target=msp430", "-E", "-x", "assembler-with-cpp", "-nostdlibinc",
-                   "-fno-color-diagnostics", "-fdiagnostics-format=msvc", "-fno-show-column",
+    Words words = {"clang",
+                   "--target=msp430",
+                   "-E",
+                   "-x",
+                   "assembler-with-cpp",
+                   "-nostdlibinc",
+                   "-fno-color-diagnostics",
+                   "-fdiagnostics-format=msvc",
+                   "-fno-show-column",
                    "-fno-caret-diagnostics"};
     append(words, "-D", options.definitions);
     append(words, "-U", options.undefinitions);

@@ -22,7 +22,10 @@ public:
     }
 
     /// Whether the condition of an `.elseif` here matters, so that it has to be evaluated.
-    bool wantsAlternative() const { return !m_open.empty() && m_open.back().outer && !m_open.back().taken; }
+    bool wantsAlternative() const
+    {
+        return !m_open.empty() && m_open.back().outer && !m_open.back().taken;
+    }
 
     void alternative(bool holds)
     {
@@ -60,9 +63,9 @@ public:
 
 private:
     struct Block {
-        bool outer;  ///< the surroundings are assembled
+        bool outer; ///< the surroundings are assembled
         bool active;
-        bool taken;  ///< a part has been assembled already
+        bool taken; ///< a part has been assembled already
         bool hasElse;
         SourceLocation where;
     };

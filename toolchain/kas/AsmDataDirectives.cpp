@@ -21,8 +21,8 @@ void requireFit(const TOBFExpr* expr, int size)
     const auto value = knownValue(expr);
     const std::int64_t range = std::int64_t{1} << (8 * size);
     if (value && (*value < -range / 2 || *value >= range))
-        throw AsmError{"value " + std::to_string(*value) + " doesn't fit " + std::to_string(size) +
-                       (size == 1 ? " byte" : " bytes")};
+        throw AsmError{"value " + std::to_string(*value) + " doesn't fit " + std::to_string(size)
+                       + (size == 1 ? " byte" : " bytes")};
 }
 
 /// True if the low `size` bytes of the value are all the same.
@@ -36,10 +36,7 @@ bool isUniform(std::int64_t value, int size)
 
 } // namespace
 
-void AsmDirectives::add(TOBFInsn* insn)
-{
-    m_asm.m_sections.add(insn, AsmSections::Flow::Data);
-}
+void AsmDirectives::add(TOBFInsn* insn) { m_asm.m_sections.add(insn, AsmSections::Flow::Data); }
 
 void AsmDirectives::addBytes(const std::string& bytes)
 {
@@ -72,7 +69,8 @@ void AsmDirectives::quads(int)
 void AsmDirectives::strings(int terminators)
 {
     do {
-        addBytes(m_tokens.expectString() + std::string(static_cast<std::size_t>(terminators), '\0'));
+        addBytes(m_tokens.expectString()
+                 + std::string(static_cast<std::size_t>(terminators), '\0'));
     } while (m_tokens.accept(","));
 }
 
@@ -102,20 +100,21 @@ void AsmDirectives::fill(int)
     requireFit(expr, size);
     const auto value = knownValue(expr);
     if (value && isUniform(*value, size) && count * size <= MaximumCount)
-        return add(new TOBFFillInsn(static_cast<int>(count * size), static_cast<int>(*value & 0xFF)));
+        return add(
+            new TOBFFillInsn(static_cast<int>(count * size), static_cast<int>(*value & 0xFF)));
     if (count > MaximumItems)
-        throw AsmError{"count " + std::to_string(count) + " is too high for values of more than a byte"};
+        throw AsmError{"count " + std::to_string(count)
+                       + " is too high for values of more than a byte"};
     for (std::int64_t i = 0; i < count; ++i)
         add(new TOBFDefBytesInsn(expr, size));
 }
 
-/// `.align` and `.balign` take bytes, `.p2align` a power of two; a fill byte and a limit behind have
-/// no effect, as the gap is zero.
+/// `.align` and `.balign` take bytes, `.p2align` a power of two; a fill byte and a limit behind
+/// have no effect, as the gap is zero.
 void AsmDirectives::align(int powerOfTwo)
 {
-    const std::int64_t alignment = powerOfTwo != 0
-                                       ? std::int64_t{1} << known("alignment", 0, 15)
-                                       : known("alignment", 1, MaximumAlignment);
+    const std::int64_t alignment = powerOfTwo != 0 ? std::int64_t{1} << known("alignment", 0, 15)
+                                                   : known("alignment", 1, MaximumAlignment);
     if (!std::has_single_bit(static_cast<std::uint64_t>(alignment)))
         throw AsmError{"alignment " + std::to_string(alignment) + " isn't a power of two"};
     while (m_tokens.accept(","))
@@ -124,10 +123,7 @@ void AsmDirectives::align(int powerOfTwo)
     add(new TOBFAlignInsn(static_cast<int>(alignment)));
 }
 
-void AsmDirectives::even(int)
-{
-    add(new TOBFAlignInsn(2));
-}
+void AsmDirectives::even(int) { add(new TOBFAlignInsn(2)); }
 
 void AsmDirectives::origin(int)
 {

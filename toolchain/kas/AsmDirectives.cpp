@@ -107,8 +107,8 @@ std::int64_t AsmDirectives::known(const char* what, std::int64_t lowest, std::in
 {
     const std::int64_t value = m_asm.m_expressions.parseKnown(m_tokens, m_asm.m_where, what);
     if (value < lowest || value > highest)
-        throw AsmError{std::string(what) + " " + std::to_string(value) + " isn't from " +
-                       std::to_string(lowest) + " to " + std::to_string(highest)};
+        throw AsmError{std::string(what) + " " + std::to_string(value) + " isn't from "
+                       + std::to_string(lowest) + " to " + std::to_string(highest)};
     return value;
 }
 
@@ -123,11 +123,12 @@ void AsmDirectives::defaultSection(int which)
 void AsmDirectives::section(int)
 {
     const std::string name = m_tokens.peek().kind == AsmToken::Text
-                                 ? m_tokens.expectString()
-                                 : m_tokens.expectName("section name");
+        ? m_tokens.expectString()
+        : m_tokens.expectName("section name");
     bool conventional = false;
     const std::optional<SectionKind> kind = sectionKind(conventional);
-    m_asm.m_sections.select(name, conventional && AsmSections::isConventional(name) ? std::nullopt : kind);
+    m_asm.m_sections.select(
+        name, conventional && AsmSections::isConventional(name) ? std::nullopt : kind);
 }
 
 std::optional<SectionKind> AsmDirectives::sectionKind(bool& conventional)
@@ -147,8 +148,9 @@ std::optional<SectionKind> AsmDirectives::sectionKind(bool& conventional)
         return type == "nobits" ? SectionKind::Zeroed : SectionKind::Data;
     }
     static constexpr std::pair<const char*, SectionKind> Kinds[] = {
-        {"code", SectionKind::Code},   {"data", SectionKind::Data},     {"bss", SectionKind::Zeroed},
-        {"const", SectionKind::Const}, {"eeprom", SectionKind::Eeprom},
+        {"code", SectionKind::Code},     {"data", SectionKind::Data},
+        {"bss", SectionKind::Zeroed},    {"const", SectionKind::Const},
+        {"eeprom", SectionKind::Eeprom},
     };
     const std::string name = m_tokens.expectName("section kind");
     for (const auto& [text, kind] : Kinds)
@@ -208,22 +210,13 @@ void AsmDirectives::type(int)
         m_asm.m_symbols.makeFunction(name);
 }
 
-void AsmDirectives::ignore(int)
-{
-    m_tokens.skipRest();
-}
+void AsmDirectives::ignore(int) { m_tokens.skipRest(); }
 
 // Conditions.
 
-void AsmDirectives::linkIf(int)
-{
-    m_asm.m_sections.beginLinkIf(expression(), m_asm.m_where);
-}
+void AsmDirectives::linkIf(int) { m_asm.m_sections.beginLinkIf(expression(), m_asm.m_where); }
 
-void AsmDirectives::endLinkIf(int)
-{
-    m_asm.m_sections.endLinkIf();
-}
+void AsmDirectives::endLinkIf(int) { m_asm.m_sections.endLinkIf(); }
 
 void AsmDirectives::ifHolds(int)
 {
@@ -252,12 +245,6 @@ void AsmDirectives::elseIf(int)
     m_asm.m_conditions.alternative(holds);
 }
 
-void AsmDirectives::otherwise(int)
-{
-    m_asm.m_conditions.otherwise();
-}
+void AsmDirectives::otherwise(int) { m_asm.m_conditions.otherwise(); }
 
-void AsmDirectives::endIf(int)
-{
-    m_asm.m_conditions.end();
-}
+void AsmDirectives::endIf(int) { m_asm.m_conditions.end(); }

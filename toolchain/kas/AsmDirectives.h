@@ -5,7 +5,7 @@
 /// The directives, each working on the tokens behind its name.
 class AsmDirectives {
 public:
-    AsmDirectives(Assembler& assembler, AsmTokens& tokens) : m_asm(assembler), m_tokens(tokens) {}
+    AsmDirectives(Assembler& assembler, AsmTokens& tokens) : m_asm(assembler), m_tokens(tokens) { }
 
     /// Throws AsmError, also for an unknown directive.
     void run(const std::string& word);

@@ -149,10 +149,11 @@ TOBFExpr* AsmExpressions::primary()
         return inner;
     }
     const AsmToken token = m_tokens->peek(); // a copy, since it is taken
-    if (token.kind != AsmToken::Name && token.kind != AsmToken::Number &&
-        token.kind != AsmToken::LabelRef)
-        throw AsmError{m_tokens->atEnd() ? std::string("missing expression")
-                                         : "missing expression before '" + std::string(token.text) + "'"};
+    if (token.kind != AsmToken::Name && token.kind != AsmToken::Number
+        && token.kind != AsmToken::LabelRef)
+        throw AsmError{m_tokens->atEnd()
+                           ? std::string("missing expression")
+                           : "missing expression before '" + std::string(token.text) + "'"};
     m_tokens->next();
     if (token.kind == AsmToken::Number)
         return constant(token.value);
@@ -163,7 +164,8 @@ TOBFExpr* AsmExpressions::primary()
         return here();
     if (registerNumber(name))
         throw AsmError{"register '" + name + "' in an expression"};
-    if ((name == "lo" || name == "hi") && m_tokens->sees("(") && !registerNumber(m_tokens->peek(1).text))
+    if ((name == "lo" || name == "hi") && m_tokens->sees("(")
+        && !registerNumber(m_tokens->peek(1).text))
         return half(name);
     return m_symbols.reference(name, *m_where);
 }
@@ -180,8 +182,8 @@ TOBFExpr* AsmExpressions::half(const std::string& function)
 
 TOBFExpr* AsmExpressions::checked(TOBFExpr* expr) const
 {
-    if (expr->kind() == TOBFKind::BinaryExpr &&
-        static_cast<TOBFBinaryExpr*>(expr)->size() > MaximumOperations)
+    if (expr->kind() == TOBFKind::BinaryExpr
+        && static_cast<TOBFBinaryExpr*>(expr)->size() > MaximumOperations)
         throw AsmError{"expression has too many operations"};
     return expr;
 }

@@ -19,8 +19,9 @@ std::optional<int> registerNumber(std::string_view name);
 /// characters, "." or "$" for the current place, `lo(x)` and `hi(x)` for the halves of a value.
 class AsmExpressions {
 public:
-    AsmExpressions(AsmSymbols& symbols, AsmSections& sections) :
-        m_symbols(symbols), m_sections(sections)
+    AsmExpressions(AsmSymbols& symbols, AsmSections& sections)
+        : m_symbols(symbols),
+          m_sections(sections)
     {
     }
 

@@ -27,10 +27,7 @@ void AsmDirectives::macro(int)
     m_asm.m_collection->macro = AsmMacros::parseHeader(header);
 }
 
-void AsmDirectives::endMacro(int)
-{
-    throw AsmError{"'.endm' without '.macro'"};
-}
+void AsmDirectives::endMacro(int) { throw AsmError{"'.endm' without '.macro'"}; }
 
 void AsmDirectives::exitMacro(int)
 {
@@ -58,15 +55,13 @@ void AsmDirectives::repeatFor(int)
     m_asm.m_collection->values.assign(values.begin() + 1, values.end());
 }
 
-void AsmDirectives::endRepeat(int)
-{
-    throw AsmError{"'.endr' without '.rept'"};
-}
+void AsmDirectives::endRepeat(int) { throw AsmError{"'.endr' without '.rept'"}; }
 
 void AsmDirectives::include(int)
 {
     const std::string name = m_tokens.expectString();
-    const std::string path = findInclude(name, m_asm.m_line.file->str(), m_asm.m_options.includePaths);
+    const std::string path =
+        findInclude(name, m_asm.m_line.file->str(), m_asm.m_options.includePaths);
     if (path.empty())
         throw AsmError{"can't find the file '" + name + "'"};
     m_asm.addDependency(path);
@@ -74,10 +69,7 @@ void AsmDirectives::include(int)
                        m_asm.m_conditions.depth());
 }
 
-void AsmDirectives::end(int)
-{
-    m_asm.m_ended = true;
-}
+void AsmDirectives::end(int) { m_asm.m_ended = true; }
 
 void AsmDirectives::message(int error)
 {

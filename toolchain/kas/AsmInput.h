@@ -21,10 +21,12 @@ public:
     /// The next statement; false at the end of all.
     bool next(AsmLine& line);
 
-    /// Leaves the innermost macro. Returns its kept number, or nothing if no macro is being expanded.
+    /// Leaves the innermost macro. Returns its kept number, or nothing if no macro is being
+    /// expanded.
     std::optional<std::size_t> leaveMacro();
 
-    /// Where the outermost macro of those being expanded was called, else the statement's own place.
+    /// Where the outermost macro of those being expanded was called, else the statement's own
+    /// place.
     const AsmLine& origin() const;
 
     /// The calls that led to the current statement, innermost first.

@@ -109,8 +109,8 @@ AsmInstructions::Size AsmInstructions::parseSize(const std::string& word, const 
     if (suffix == "a" && address)
         return Size::Address;
     if (suffix == "a" && mnemonic.extendable)
-        throw AsmError{"'" + word + "' has to be written with an x, as '" +
-                       std::string(mnemonic.name) + "x.a'"};
+        throw AsmError{"'" + word + "' has to be written with an x, as '"
+                       + std::string(mnemonic.name) + "x.a'"};
     throw AsmError{"'" + word + "' has a size that the instruction doesn't have"};
 }
 
@@ -131,17 +131,13 @@ void AsmInstructions::assembleShape(const Form& form)
     }
     case AsmShape::Pop:
         return twoOperand(form, {AsmOperand::Increment, SP, nullptr}, destinationOperand());
-    case AsmShape::Branch:
-        return twoOperand(form, operand(), registerOperand(PC));
+    case AsmShape::Branch: return twoOperand(form, operand(), registerOperand(PC));
     case AsmShape::OneOperand:
     case AsmShape::RotateUnsigned:
     case AsmShape::Push:
-    case AsmShape::Call:
-        return oneOperand(form, operand());
-    case AsmShape::Jump:
-        return jump(form);
-    case AsmShape::Fixed:
-        return emit(mnemonic.opcode, nullptr, nullptr, mnemonic.transfer);
+    case AsmShape::Call: return oneOperand(form, operand());
+    case AsmShape::Jump: return jump(form);
+    case AsmShape::Fixed: return emit(mnemonic.opcode, nullptr, nullptr, mnemonic.transfer);
     case AsmShape::Address: {
         const AsmOperand source = operand();
         m_tokens->expect(",");
@@ -149,16 +145,12 @@ void AsmInstructions::assembleShape(const Form& form)
     }
     case AsmShape::AddressConstant:
         return address(form, constantOperand(mnemonic.constant), operand());
-    case AsmShape::AddressBranch:
-        return address(form, operand(), registerOperand(PC));
-    case AsmShape::AddressCall:
-        return addressCall(operand());
+    case AsmShape::AddressBranch: return address(form, operand(), registerOperand(PC));
+    case AsmShape::AddressCall: return addressCall(operand());
     case AsmShape::PushMultiple:
     case AsmShape::PopMultiple:
-    case AsmShape::RotateMultiple:
-        return multiple(form);
-    case AsmShape::Repeat:
-        return repeat();
+    case AsmShape::RotateMultiple: return multiple(form);
+    case AsmShape::Repeat: return repeat();
     }
 }
 
@@ -179,19 +171,20 @@ void AsmInstructions::twoOperand(const Form& form, const AsmOperand& source,
     const Source from = encodeSource(source, form);
     checkValue(destination, form);
     // The constant 0 comes from a register, R3, without any mode bits.
-    const bool fromRegister = source.mode == AsmOperand::Register ||
-                              (source.mode == AsmOperand::Immediate && knownValue(source.value) == 0);
+    const bool fromRegister = source.mode == AsmOperand::Register
+        || (source.mode == AsmOperand::Immediate && knownValue(source.value) == 0);
     const bool registersOnly = fromRegister && destination.mode == AsmOperand::Register;
     const std::uint32_t prefix = form.extended ? extension(form, registersOnly) : 0;
     const bool byte = form.extended ? form.size != Size::Word : form.size == Size::Byte;
-    const std::uint32_t opcode = prefix | form.mnemonic->opcode | bits(from.reg, 8) |
-                                 from.mode << 4 | (byte ? ByteBit : 0) | bits(destination.reg) |
-                                 (destination.mode == AsmOperand::Register ? 0 : 0x80);
+    const std::uint32_t opcode = prefix | form.mnemonic->opcode | bits(from.reg, 8) | from.mode << 4
+        | (byte ? ByteBit : 0) | bits(destination.reg)
+        | (destination.mode == AsmOperand::Register ? 0 : 0x80);
     TOBFExpr* second = destination.value;
     if (destination.mode == AsmOperand::Relative) {
         // Whether the source takes a word is known when its constant has been chosen.
         const TOBFMSP430Insn probe(opcode, from.word, second, true);
-        second = relativeWord(destination, (form.extended ? 4 : 2) + (probe.operand(0) != nullptr ? 2 : 0));
+        second = relativeWord(destination,
+                              (form.extended ? 4 : 2) + (probe.operand(0) != nullptr ? 2 : 0));
     }
     const bool move = form.mnemonic->opcode == Move;
     emit(opcode, from.word, second,
@@ -223,18 +216,12 @@ AsmInstructions::Source AsmInstructions::encodeSource(const AsmOperand& operand,
 {
     checkValue(operand, form);
     switch (operand.mode) {
-    case AsmOperand::Register:
-        return {0, operand.reg, nullptr};
-    case AsmOperand::Indirect:
-        return {2, operand.reg, nullptr};
-    case AsmOperand::Increment:
-        return {3, operand.reg, nullptr};
-    case AsmOperand::Immediate:
-        return {3, PC, operand.value};
-    case AsmOperand::Relative:
-        return {1, PC, relativeWord(operand, form.extended ? 4 : 2)};
-    default:
-        return {1, operand.reg, operand.value};
+    case AsmOperand::Register: return {0, operand.reg, nullptr};
+    case AsmOperand::Indirect: return {2, operand.reg, nullptr};
+    case AsmOperand::Increment: return {3, operand.reg, nullptr};
+    case AsmOperand::Immediate: return {3, PC, operand.value};
+    case AsmOperand::Relative: return {1, PC, relativeWord(operand, form.extended ? 4 : 2)};
+    default: return {1, operand.reg, operand.value};
     }
 }
 
@@ -244,9 +231,9 @@ void AsmInstructions::checkValue(const AsmOperand& operand, const Form& form) co
         return;
     if (operand.mode == AsmOperand::Immediate)
         requireRange(operand.value,
-                     form.size == Size::Byte   ? Bytes
-                     : form.size == Size::Word ? Words
-                                               : Addresses,
+                     form.size == Size::Byte       ? Bytes
+                         : form.size == Size::Word ? Words
+                                                   : Addresses,
                      "value");
     else
         requireRange(operand.value,
@@ -271,7 +258,8 @@ std::uint32_t AsmInstructions::extension(const Form& form, bool registersOnly)
 /// What makes the operand's word, which is taken relative to its own place, come out as written.
 TOBFExpr* AsmInstructions::relativeWord(const AsmOperand& operand, int wordOffset)
 {
-    TOBFExpr* place = TOBFBinaryExpr::make(TAG_ADD, m_expressions.here(), new TOBFConstExpr(wordOffset));
+    TOBFExpr* place =
+        TOBFBinaryExpr::make(TAG_ADD, m_expressions.here(), new TOBFConstExpr(wordOffset));
     return TOBFBinaryExpr::make(TAG_ADD, place, new TOBFConstExpr(*knownValue(operand.value)));
 }
 
@@ -279,7 +267,8 @@ void AsmInstructions::jump(const Form& form)
 {
     TOBFExpr* target = m_expressions.parse(*m_tokens, *m_where);
     requireRange(target, Addresses, "address");
-    emit(form.mnemonic->opcode, target, nullptr, form.mnemonic->opcode == msp430OpcodeOf(Operation::Jmp));
+    emit(form.mnemonic->opcode, target, nullptr,
+         form.mnemonic->opcode == msp430OpcodeOf(Operation::Jmp));
 }
 
 void AsmInstructions::address(const Form& form, const AsmOperand& source,
@@ -296,15 +285,16 @@ void AsmInstructions::address(const Form& form, const AsmOperand& source,
         return emit(opcode | RegisterForm | bits(source.reg, 8) | bits(destination.reg), nullptr,
                     nullptr, opcode == MoveImmediate && destination.reg == PC);
     if (opcode != MoveImmediate)
-        throw AsmError{"'" + std::string(form.mnemonic->name) +
-                       "' takes a register or a value, and a register"};
+        throw AsmError{"'" + std::string(form.mnemonic->name)
+                       + "' takes a register or a value, and a register"};
     move(source, destination);
 }
 
 void AsmInstructions::move(const AsmOperand& source, const AsmOperand& destination)
 {
     const auto distance = [&](const AsmOperand& operand) {
-        TOBFExpr* value = operand.mode == AsmOperand::Symbolic ? addressDistance(operand) : operand.value;
+        TOBFExpr* value =
+            operand.mode == AsmOperand::Symbolic ? addressDistance(operand) : operand.value;
         requireRange(value, Words, "offset");
         return value;
     };
@@ -321,7 +311,8 @@ void AsmInstructions::move(const AsmOperand& source, const AsmOperand& destinati
             requireRange(source.value, Addresses, "address");
             return emit(opcode(Operation::MovaFromAbsolute) | to, source.value, nullptr, transfer);
         default:
-            return emit(opcode(Operation::MovaFromIndexed) | from | to, distance(source), nullptr, transfer);
+            return emit(opcode(Operation::MovaFromIndexed) | from | to, distance(source), nullptr,
+                        transfer);
         }
     }
     if (source.mode != AsmOperand::Register)
@@ -329,16 +320,16 @@ void AsmInstructions::move(const AsmOperand& source, const AsmOperand& destinati
     switch (destination.mode) {
     case AsmOperand::Absolute:
         requireRange(destination.value, Addresses, "address");
-        return emit(opcode(Operation::MovaToAbsolute) | bits(source.reg, 8), nullptr, destination.value);
+        return emit(opcode(Operation::MovaToAbsolute) | bits(source.reg, 8), nullptr,
+                    destination.value);
     case AsmOperand::Indirect:
-        return emit(opcode(Operation::MovaToIndexed) | bits(source.reg, 8) | bits(destination.reg), nullptr,
-                    new TOBFConstExpr(0));
+        return emit(opcode(Operation::MovaToIndexed) | bits(source.reg, 8) | bits(destination.reg),
+                    nullptr, new TOBFConstExpr(0));
     case AsmOperand::Immediate:
-    case AsmOperand::Increment:
-        throw AsmError{"operand can't be a destination"};
+    case AsmOperand::Increment: throw AsmError{"operand can't be a destination"};
     default:
-        return emit(opcode(Operation::MovaToIndexed) | bits(source.reg, 8) | bits(destination.reg), nullptr,
-                    distance(destination));
+        return emit(opcode(Operation::MovaToIndexed) | bits(source.reg, 8) | bits(destination.reg),
+                    nullptr, distance(destination));
     }
 }
 
@@ -358,15 +349,13 @@ void AsmInstructions::addressCall(const AsmOperand& operand)
     case AsmOperand::Absolute:
         requireRange(operand.value, Addresses, "address");
         return emit(opcode(Operation::CallaAbsolute), operand.value);
-    case AsmOperand::Symbolic:
-        return emit(opcode(Operation::CallaRelative), operand.value);
+    case AsmOperand::Symbolic: return emit(opcode(Operation::CallaRelative), operand.value);
     case AsmOperand::Relative:
         return emit(opcode(Operation::CallaRelative), relativeWord(operand, 2));
     case AsmOperand::Indexed:
         requireRange(operand.value, Words, "offset");
         return emit(opcode(Operation::CallaSource) | 1 << 4 | bits(operand.reg), operand.value);
-    case AsmOperand::Register:
-        return emit(opcode(Operation::CallaSource) | bits(operand.reg));
+    case AsmOperand::Register: return emit(opcode(Operation::CallaSource) | bits(operand.reg));
     case AsmOperand::Indirect:
         return emit(opcode(Operation::CallaSource) | 2 << 4 | bits(operand.reg));
     case AsmOperand::Increment:
@@ -387,7 +376,8 @@ void AsmInstructions::multiple(const Form& form)
     if (rotate)
         return emit(form.mnemonic->opcode | (word ? RotateWordForm : 0) | field << 10 | bits(reg));
     if (count > reg + 1)
-        throw AsmError{"there are not that many registers from 'R" + std::to_string(reg) + "' down"};
+        throw AsmError{"there are not that many registers from 'R" + std::to_string(reg)
+                       + "' down"};
     // POPM names the last register that is filled and encodes the first.
     const int first = shape == AsmShape::PopMultiple ? reg - static_cast<int>(count) + 1 : reg;
     emit(form.mnemonic->opcode | (word ? WordForm : 0) | field << 4 | bits(first));
@@ -400,7 +390,8 @@ std::int64_t AsmInstructions::countOperand(int highest)
     if (!count)
         throw AsmError{"count has to be known while assembling"};
     if (*count < 1 || *count > highest)
-        throw AsmError{"count " + std::to_string(*count) + " isn't from 1 to " + std::to_string(highest)};
+        throw AsmError{"count " + std::to_string(*count) + " isn't from 1 to "
+                       + std::to_string(highest)};
     return *count;
 }
 

@@ -9,8 +9,10 @@ class TOBFMSP430Insn;
 /// Turns instruction statements into items.
 class AsmInstructions {
 public:
-    AsmInstructions(AsmExpressions& expressions, AsmSections& sections, bool msp430x) :
-        m_expressions(expressions), m_sections(sections), m_msp430x(msp430x)
+    AsmInstructions(AsmExpressions& expressions, AsmSections& sections, bool msp430x)
+        : m_expressions(expressions),
+          m_sections(sections),
+          m_msp430x(msp430x)
     {
     }
 

@@ -7,10 +7,7 @@ namespace {
 
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
 
-bool isBlank(char c)
-{
-    return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\0';
-}
+bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\0'; }
 
 std::string_view trimmed(std::string_view text)
 {
@@ -23,8 +20,10 @@ std::string_view trimmed(std::string_view text)
 
 class Splitter {
 public:
-    Splitter(std::string_view text, const std::string& fileName, std::vector<std::string>* files) :
-        m_text(text), m_file(HString::intern(fileName)), m_files(files)
+    Splitter(std::string_view text, const std::string& fileName, std::vector<std::string>* files)
+        : m_text(text),
+          m_file(HString::intern(fileName)),
+          m_files(files)
     {
     }
 
@@ -120,8 +119,8 @@ private:
         const std::string_view name = text.substr(1, close - 1);
         if (name != m_file->view())
             m_file = HString::intern(name);
-        if (m_files != nullptr && !name.starts_with('<') &&
-            std::find(m_files->begin(), m_files->end(), name) == m_files->end())
+        if (m_files != nullptr && !name.starts_with('<')
+            && std::find(m_files->begin(), m_files->end(), name) == m_files->end())
             m_files->emplace_back(name);
     }
 

@@ -7,10 +7,7 @@ namespace {
 
 using Values = std::unordered_map<std::string, std::string>;
 
-bool isNameCharacter(char c)
-{
-    return std::isalnum(static_cast<unsigned char>(c)) || c == '_';
-}
+bool isNameCharacter(char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; }
 
 std::string trimmed(std::string_view text)
 {
@@ -125,7 +122,8 @@ Values bindArguments(const AsmMacro& macro, const std::vector<std::string>& argu
     for (const AsmMacro::Parameter& parameter : macro.parameters) {
         const bool given = values.try_emplace(parameter.name, parameter.standard).second == false;
         if (parameter.required && !given)
-            throw AsmError{"macro '" + macro.name + "' needs the argument '" + parameter.name + "'"};
+            throw AsmError{"macro '" + macro.name + "' needs the argument '" + parameter.name
+                           + "'"};
     }
     return values;
 }

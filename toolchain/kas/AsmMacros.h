@@ -34,12 +34,14 @@ public:
     /// The body with the arguments of a call put in. Throws AsmError.
     AsmLinesPtr expand(const AsmMacro& macro, std::string_view arguments);
     /// The body with one parameter replaced.
-    AsmLinesPtr substitute(const AsmLines& body, const std::string& parameter, const std::string& value);
+    AsmLinesPtr substitute(const AsmLines& body, const std::string& parameter,
+                           const std::string& value);
 
 private:
     std::unordered_map<std::string, AsmMacro> m_macros;
     unsigned m_expansions = 0;
 };
 
-/// The parts of a text between commas that stand outside quotes and brackets, without blanks around.
+/// The parts of a text between commas that stand outside quotes and brackets, without blanks
+/// around.
 std::vector<std::string> splitArguments(std::string_view text);

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <iterator>
 
-// Emulated instructions: MSP430x2xx (SLAU144) and MSP430x5xx (SLAU208) family guides, chapters "CPU"
-// and "CPUX".
+// Emulated instructions: MSP430x2xx (SLAU144) and MSP430x5xx (SLAU208) family guides, chapters
+// "CPU" and "CPUX".
 
 namespace {
 
@@ -20,11 +20,13 @@ constexpr AsmSizes No = AsmSizes::None;
 using Operation = MSP430Operation;
 
 constexpr std::uint16_t Mov = msp430OpcodeOf(Operation::Mov), Add = msp430OpcodeOf(Operation::Add),
-                        Addc = msp430OpcodeOf(Operation::Addc), Subc = msp430OpcodeOf(Operation::Subc),
+                        Addc = msp430OpcodeOf(Operation::Addc),
+                        Subc = msp430OpcodeOf(Operation::Subc),
                         Sub = msp430OpcodeOf(Operation::Sub), Cmp = msp430OpcodeOf(Operation::Cmp),
-                        Dadd = msp430OpcodeOf(Operation::Dadd), Bit = msp430OpcodeOf(Operation::Bit),
-                        Bic = msp430OpcodeOf(Operation::Bic), Bis = msp430OpcodeOf(Operation::Bis),
-                        Xor = msp430OpcodeOf(Operation::Xor), And = msp430OpcodeOf(Operation::And);
+                        Dadd = msp430OpcodeOf(Operation::Dadd),
+                        Bit = msp430OpcodeOf(Operation::Bit), Bic = msp430OpcodeOf(Operation::Bic),
+                        Bis = msp430OpcodeOf(Operation::Bis), Xor = msp430OpcodeOf(Operation::Xor),
+                        And = msp430OpcodeOf(Operation::And);
 constexpr std::uint16_t Mova = msp430OpcodeOf(Operation::MovaImmediate),
                         Adda = msp430OpcodeOf(Operation::AddaImmediate),
                         Suba = msp430OpcodeOf(Operation::SubaImmediate),
@@ -117,8 +119,8 @@ static_assert(std::is_sorted(std::begin(Mnemonics), std::end(Mnemonics),
 
 const AsmMnemonic* findMnemonic(std::string_view name)
 {
-    const auto* it = std::lower_bound(
-        std::begin(Mnemonics), std::end(Mnemonics), name,
-        [](const AsmMnemonic& m, std::string_view text) { return m.name < text; });
+    const auto* it =
+        std::lower_bound(std::begin(Mnemonics), std::end(Mnemonics), name,
+                         [](const AsmMnemonic& m, std::string_view text) { return m.name < text; });
     return it != std::end(Mnemonics) && it->name == name ? it : nullptr;
 }

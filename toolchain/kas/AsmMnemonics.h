@@ -32,7 +32,7 @@ enum class AsmSizes : std::uint8_t { None, Word, ByteWord, WordAddress };
 struct AsmMnemonic {
     std::string_view name; ///< lower case, without size
     AsmShape shape;
-    std::uint16_t opcode;  ///< the instruction word with its open bits clear
+    std::uint16_t opcode; ///< the instruction word with its open bits clear
     AsmSizes sizes;
     std::int8_t constant;  ///< the source of the shapes that have a constant one
     bool extendable;       ///< takes an extension word under its name with an "x"

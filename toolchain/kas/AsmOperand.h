@@ -20,7 +20,8 @@ struct AsmOperand {
 };
 
 /// Reads an operand. Throws AsmError.
-AsmOperand parseOperand(AsmTokens& tokens, AsmExpressions& expressions, const SourceLocation& where);
+AsmOperand parseOperand(AsmTokens& tokens, AsmExpressions& expressions,
+                        const SourceLocation& where);
 
 /// Reads a register's name. Throws AsmError.
 int parseRegister(AsmTokens& tokens);

@@ -27,8 +27,8 @@ struct NamePrefix {
     DefaultSection section;
 };
 constexpr NamePrefix Prefixes[] = {
-    {".text", DefaultSection::Code},   {".data", DefaultSection::Data},
-    {".bss", DefaultSection::Zeroed},  {".rodata", DefaultSection::Const},
+    {".text", DefaultSection::Code},       {".data", DefaultSection::Data},
+    {".bss", DefaultSection::Zeroed},      {".rodata", DefaultSection::Const},
     {".vectors", DefaultSection::Vectors},
 };
 
@@ -47,14 +47,11 @@ bool hasContent(TOBFInsn* insn)
 {
     switch (insn->kind()) {
     case TOBFKind::ProcessorInsn:
-    case TOBFKind::InitInsn:
-        return true;
+    case TOBFKind::InitInsn: return true;
     case TOBFKind::DefBytesInsn:
         return !insn->operand(0)->isConstant() || insn->operand(0)->evaluate().value != 0;
-    case TOBFKind::FillInsn:
-        return insn->getByte(0) != 0;
-    default:
-        return false;
+    case TOBFKind::FillInsn: return insn->getByte(0) != 0;
+    default: return false;
     }
 }
 
@@ -65,11 +62,11 @@ struct KindOf {
 
 std::vector<KindOf> knownKinds(const SectionNames& names)
 {
-    return {{names.code, SectionKind::Code},       {names.data, SectionKind::Data},
-            {names.zeroed, SectionKind::Zeroed},   {names.constant, SectionKind::Const},
-            {names.vectors, SectionKind::Const},   {"CODE", SectionKind::Code},
-            {"IDATA0", SectionKind::Data},         {"UDATA0", SectionKind::Zeroed},
-            {"CONST", SectionKind::Const},         {"INTVEC", SectionKind::Const},
+    return {{names.code, SectionKind::Code},     {names.data, SectionKind::Data},
+            {names.zeroed, SectionKind::Zeroed}, {names.constant, SectionKind::Const},
+            {names.vectors, SectionKind::Const}, {"CODE", SectionKind::Code},
+            {"IDATA0", SectionKind::Data},       {"UDATA0", SectionKind::Zeroed},
+            {"CONST", SectionKind::Const},       {"INTVEC", SectionKind::Const},
             {"RESET", SectionKind::Const}};
 }
 
@@ -113,10 +110,7 @@ void AsmSections::select(const std::string& name, std::optional<SectionKind> kin
     m_current = &open(name, flagsOf(*kind));
 }
 
-bool AsmSections::isConventional(const std::string& name)
-{
-    return byPrefix(name).has_value();
-}
+bool AsmSections::isConventional(const std::string& name) { return byPrefix(name).has_value(); }
 
 AsmSections::Section& AsmSections::open(const std::string& name, unsigned flags)
 {
@@ -214,8 +208,8 @@ void AsmSections::follow(Section& section, TOBFInsn* insn)
         return;
     }
     case TOBFKind::OriginInsn:
-        section.parity = static_cast<TOBFOriginInsn*>(insn)->origin() % 2 == 0 ? Parity::Even
-                                                                              : Parity::Odd;
+        section.parity =
+            static_cast<TOBFOriginInsn*>(insn)->origin() % 2 == 0 ? Parity::Even : Parity::Odd;
         return;
     case TOBFKind::SpaceInsn:
         if (!insn->operand(0)->isConstant()) {
@@ -224,11 +218,8 @@ void AsmSections::follow(Section& section, TOBFInsn* insn)
         }
         break;
     case TOBFKind::InitInsn:
-    case TOBFKind::LinkIf:
-        section.parity = Parity::Unknown;
-        return;
-    default:
-        break;
+    case TOBFKind::LinkIf: section.parity = Parity::Unknown; return;
+    default: break;
     }
     if (insn->length() % 2 != 0 && section.parity != Parity::Unknown)
         section.parity = section.parity == Parity::Even ? Parity::Odd : Parity::Even;

@@ -16,17 +16,21 @@ class AsmSections {
 public:
     /// What an item means for the division.
     enum class Flow {
-        None,     ///< a label or a source position
+        None, ///< a label or a source position
         Data,
         Code,
         Transfer, ///< an instruction that nothing behind it is reached from
     };
 
-    AsmSections(TOBFModule* module, SectionNames names) : m_module(module), m_names(std::move(names)) {}
+    AsmSections(TOBFModule* module, SectionNames names)
+        : m_module(module),
+          m_names(std::move(names))
+    {
+    }
 
     void select(DefaultSection section);
-    /// Selects a section by name. The kind is that of the first selection; without one it is told by
-    /// the name. Throws AsmError for a kind that differs, and for a new name that tells none.
+    /// Selects a section by name. The kind is that of the first selection; without one it is told
+    /// by the name. Throws AsmError for a kind that differs, and for a new name that tells none.
     void select(const std::string& name, std::optional<SectionKind> kind);
 
     /// True for a name by which other assemblers know a section, such as ".text.main".
@@ -57,9 +61,9 @@ private:
         TOBFSection* section = nullptr;
         Parity parity = Parity::Even;
         Last last = Last::Nothing;
-        int alignment = 0;       ///< of an alignment that nothing has followed yet
-        bool begun = false;      ///< has a fragment to go on with
-        bool fixed = false;      ///< what follows counts from an origin, so it stays together
+        int alignment = 0;  ///< of an alignment that nothing has followed yet
+        bool begun = false; ///< has a fragment to go on with
+        bool fixed = false; ///< what follows counts from an origin, so it stays together
         std::vector<SourceLocation> openLinkIfs;
     };
 

@@ -42,7 +42,8 @@ TOBFExpr* AsmSymbols::reference(const std::string& name, const SourceLocation& w
 TOBFExpr* AsmSymbols::numbered(std::int64_t number, bool forward, const SourceLocation& where)
 {
     if (forward) {
-        Pending& pending = m_nextNumbered.try_emplace(number, Pending{nullptr, where}).first->second;
+        Pending& pending =
+            m_nextNumbered.try_emplace(number, Pending{nullptr, where}).first->second;
         if (pending.marker == nullptr)
             pending.marker = new TOBFMarker;
         return new TOBFMarkerExpr(pending.marker);
@@ -58,7 +59,8 @@ TOBFMarker* AsmSymbols::defineLabel(const std::string& name, const SourceLocatio
 {
     Entry& it = entry(name);
     if (it.state != State::Unknown)
-        throw AsmError{"'" + name + "' is already defined in line " + std::to_string(it.where.line)};
+        throw AsmError{"'" + name + "' is already defined in line "
+                       + std::to_string(it.where.line)};
     it.state = State::Label;
     it.where = where;
     if (it.marker == nullptr)
@@ -117,7 +119,8 @@ void AsmSymbols::finish(Diagnostics& diagnostics)
         enter(name, it, weakNames);
     }
     for (const auto& [number, pending] : m_nextNumbered)
-        diagnostics.error(pending.where, "there is no label '" + std::to_string(number) + "' behind");
+        diagnostics.error(pending.where,
+                          "there is no label '" + std::to_string(number) + "' behind");
     if (!weakNames.empty())
         m_module->setAttribute(HString::intern("weak"), HString::intern(weakNames));
 }

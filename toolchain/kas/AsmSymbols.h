@@ -14,7 +14,7 @@ class TOBFMarker;
 /// begin with ".L" and numbers are labels that leave no symbol behind.
 class AsmSymbols {
 public:
-    explicit AsmSymbols(TOBFModule* module) : m_module(module) {}
+    explicit AsmSymbols(TOBFModule* module) : m_module(module) { }
 
     /// The expression that a use of the name stands for.
     TOBFExpr* reference(const std::string& name, const SourceLocation& where);
@@ -42,7 +42,8 @@ private:
     enum class State { Unknown, Label, Equate };
     struct Entry {
         State state = State::Unknown;
-        TOBFSymbol* symbol = nullptr; ///< null until used or defined, and for a label of the file only
+        TOBFSymbol* symbol =
+            nullptr; ///< null until used or defined, and for a label of the file only
         TOBFMarker* marker = nullptr;
         TOBFExpr* value = nullptr; ///< of an equate
         bool global = false;

@@ -12,8 +12,8 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool startsName(char c)
 {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '.' || c == '$' ||
-           c == '?';
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '.' || c == '$'
+        || c == '?';
 }
 
 bool continuesName(char c) { return startsName(c) || isDigit(c); }
@@ -24,7 +24,7 @@ constexpr std::string_view SingleOperators = "+-*/%<>&|^~!()#@,:=";
 /// Takes the first token off a text.
 class Scanner {
 public:
-    explicit Scanner(std::string_view& text) : m_rest(text) {}
+    explicit Scanner(std::string_view& text) : m_rest(text) { }
 
     AsmToken scan()
     {
@@ -68,7 +68,8 @@ private:
     AsmToken number()
     {
         const auto end = std::find_if_not(m_rest.begin(), m_rest.end(), continuesName);
-        const std::string_view word = m_rest.substr(0, static_cast<std::size_t>(end - m_rest.begin()));
+        const std::string_view word =
+            m_rest.substr(0, static_cast<std::size_t>(end - m_rest.begin()));
         AsmToken token = take(AsmToken::Number, word.size());
         std::string_view digits = word;
         int base = 10;
@@ -89,8 +90,8 @@ private:
     static bool isLabelRef(std::string_view word)
     {
         const char last = word.back();
-        return (last == 'f' || last == 'F' || last == 'b' || last == 'B') &&
-               std::all_of(word.begin(), word.end() - 1, isDigit);
+        return (last == 'f' || last == 'F' || last == 'b' || last == 'B')
+            && std::all_of(word.begin(), word.end() - 1, isDigit);
     }
 
     static AsmToken labelRef(AsmToken token)
@@ -135,7 +136,8 @@ private:
     {
         for (; digits > 0 && i < m_rest.size(); --digits, ++i) {
             const char c = m_rest[i];
-            if (!std::isxdigit(static_cast<unsigned char>(c)) || (base == 8 && (c < '0' || c > '7')))
+            if (!std::isxdigit(static_cast<unsigned char>(c))
+                || (base == 8 && (c < '0' || c > '7')))
                 break;
             value = value * base + (isDigit(c) ? c - '0' : (c | 0x20) - 'a' + 10);
         }
@@ -206,7 +208,8 @@ void AsmTokens::expect(std::string_view op)
 {
     if (accept(op))
         return;
-    const std::string place = atEnd() ? " at the end" : " before '" + std::string(peek().text) + "'";
+    const std::string place =
+        atEnd() ? " at the end" : " before '" + std::string(peek().text) + "'";
     throw AsmError{"missing '" + std::string(op) + "'" + place};
 }
 

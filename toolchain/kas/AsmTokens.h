@@ -8,11 +8,11 @@
 struct AsmToken {
     enum Kind {
         End,
-        Name,      ///< a symbol, mnemonic, register or directive; also "." and "$" alone
-        Number,    ///< `value`; character constants too
-        Text,      ///< a string; `string` holds its bytes
-        LabelRef,  ///< `1f` or `1b`: `value` and `forward`
-        Operator,  ///< one of the operators and punctuation marks
+        Name,     ///< a symbol, mnemonic, register or directive; also "." and "$" alone
+        Number,   ///< `value`; character constants too
+        Text,     ///< a string; `string` holds its bytes
+        LabelRef, ///< `1f` or `1b`: `value` and `forward`
+        Operator, ///< one of the operators and punctuation marks
     };
     Kind kind = End;
     std::string_view text; ///< as written
@@ -26,7 +26,7 @@ class AsmTokens {
 public:
     /// The statement must outlive the tokens. Whatever looks at a token throws AsmError if it is
     /// malformed.
-    explicit AsmTokens(std::string_view statement) : m_statement(statement), m_unread(statement) {}
+    explicit AsmTokens(std::string_view statement) : m_statement(statement), m_unread(statement) { }
 
     /// The next token, or the one behind it; valid until one is taken.
     const AsmToken& peek(std::size_t ahead = 0);

@@ -24,11 +24,14 @@ std::string leadingDirective(const std::string& text)
 
 } // namespace
 
-Assembler::Assembler(AssemblerOptions options, Diagnostics& diagnostics) :
-    m_options(std::move(options)), m_diagnostics(diagnostics), m_module(new TOBFModule),
-    m_symbols(m_module), m_sections(m_module, m_options.sections),
-    m_expressions(m_symbols, m_sections),
-    m_instructions(m_expressions, m_sections, m_options.msp430x)
+Assembler::Assembler(AssemblerOptions options, Diagnostics& diagnostics)
+    : m_options(std::move(options)),
+      m_diagnostics(diagnostics),
+      m_module(new TOBFModule),
+      m_symbols(m_module),
+      m_sections(m_module, m_options.sections),
+      m_expressions(m_symbols, m_sections),
+      m_instructions(m_expressions, m_sections, m_options.msp430x)
 {
 }
 
@@ -158,8 +161,8 @@ void Assembler::instruction(const std::string& word, AsmTokens& tokens)
 void Assembler::recordLine()
 {
     const AsmLine& origin = m_input.origin();
-    if (origin.file == m_recordedFile && origin.line == m_recordedLine &&
-        m_sections.fragmentNumber() == m_recordedFragment)
+    if (origin.file == m_recordedFile && origin.line == m_recordedLine
+        && m_sections.fragmentNumber() == m_recordedFragment)
         return;
     m_sections.add(new TOBFLocus(filename(origin.file), origin.line, TAG_LOCUS),
                    AsmSections::Flow::None);

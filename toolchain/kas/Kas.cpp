@@ -17,7 +17,8 @@ namespace {
 
 constexpr ToolDescription Description = {
     "kas", "[options] FILE -o OBJECT",
-    "Assembles MSP430 and MSP430X source into a native object file. A source with directives of the\n"
+    "Assembles MSP430 and MSP430X source into a native object file. A source with directives of "
+    "the\n"
     "C preprocessor, or with names that -D defines, is preprocessed first."};
 
 struct Request {
@@ -72,8 +73,8 @@ std::vector<ToolOption> optionsFor(Request& request, Diagnostics& diagnostics)
 bool isDirective(std::string_view line)
 {
     static const std::unordered_set<std::string_view> Directives = {
-        "include", "define", "undef", "if", "ifdef", "ifndef", "elif", "else", "endif", "error",
-        "pragma", "warning"};
+        "include", "define", "undef", "if",    "ifdef",  "ifndef",
+        "elif",    "else",   "endif", "error", "pragma", "warning"};
     const std::size_t mark = line.find_first_not_of(" \t");
     if (mark == std::string_view::npos || line[mark] != '#')
         return false;
@@ -81,7 +82,8 @@ bool isDirective(std::string_view line)
     if (begin == std::string_view::npos)
         return false;
     const std::size_t end = line.find_first_not_of("abcdefghijklmnopqrstuvwxyz", begin);
-    return Directives.contains(line.substr(begin, end == std::string_view::npos ? end : end - begin));
+    return Directives.contains(
+        line.substr(begin, end == std::string_view::npos ? end : end - begin));
 }
 
 std::string joined(const std::vector<std::string>& parts)

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::uint32_t LargestFragment = 0x100000;
 
-/// An address at which a fragment with this alignment would begin without a gap.
+/// Where to measure a fragment: any alignment begins here.
 constexpr std::uint32_t Nowhere = 0;
 
 bool isRam(const TOBFSection* section)
@@ -30,16 +30,15 @@ std::uint32_t alignmentOf(TOBFFragment* fragment)
         if (insn->kind() == TOBFKind::ProcessorInsn)
             alignment = std::max(alignment, 2u);
         else if (insn->kind() == TOBFKind::AlignInsn) {
-            const int wanted = static_cast<TOBFAlignInsn*>(insn)->alignment();
-            if (wanted > 0 && (wanted & (wanted - 1)) == 0 && wanted <= 0x10000)
-                alignment = std::max(alignment, static_cast<std::uint32_t>(wanted));
+            const auto wanted
+                = static_cast<std::uint32_t>(static_cast<TOBFAlignInsn*>(insn)->alignment());
+            alignment = std::max(alignment, wanted);
         }
     }
     return alignment;
 }
 
-/// Gives the items addresses from `start` on and returns the size in bytes. With `origins` an
-/// origin counts from there.
+/// Gives the items addresses from `start` on and returns the size in bytes.
 std::uint32_t assign(TOBFFragment* fragment, std::uint32_t start)
 {
     std::uint64_t at = start;
@@ -50,6 +49,20 @@ std::uint32_t assign(TOBFFragment* fragment, std::uint32_t start)
             return LargestFragment;
     }
     return static_cast<std::uint32_t>(at - start);
+}
+
+/// Layout counts on alignments that divide each other.
+bool hasGoodAlignments(TOBFFragment* fragment)
+{
+    constexpr unsigned Largest = 0x10000;
+    for (TOBFInsn* insn : fragment->insns()) {
+        if (insn->kind() != TOBFKind::AlignInsn)
+            continue;
+        const auto wanted = static_cast<unsigned>(static_cast<TOBFAlignInsn*>(insn)->alignment());
+        if (wanted == 0 || (wanted & (wanted - 1)) != 0 || wanted > Largest)
+            return false;
+    }
+    return true;
 }
 
 const TOBFOriginInsn* originOf(TOBFFragment* fragment)
@@ -71,6 +84,8 @@ std::string hex(std::uint32_t value)
 
 bool Layout::run()
 {
+    if (!checkAlignments())
+        return false;
     bool changed = true;
     while (changed && m_passes < MostPasses) {
         ++m_passes;
@@ -80,6 +95,18 @@ bool Layout::run()
         changed = relax() || changed;
     }
     return true;
+}
+
+bool Layout::checkAlignments()
+{
+    for (TOBFSection* section : m_image.module()->sections())
+        for (TOBFFragment* fragment : section->fragments())
+            if (!hasGoodAlignments(fragment)) {
+                m_failed = true;
+                m_image.diagnostics().error(m_image.nameOf(fragment)
+                                            + " has an alignment that is no power of two");
+            }
+    return !m_failed;
 }
 
 /// One pass over all sections. Data comes first, since the size of its image depends on it. True if

@@ -21,6 +21,7 @@ public:
 private:
     static constexpr int MostPasses = 200;
 
+    bool checkAlignments();
     bool place();
     void placeSection(TOBFSection* section, MemoryPool& pool);
     void placeWhole(TOBFSection* section, MemoryPool& pool);

@@ -6,7 +6,8 @@ namespace {
 
 constexpr ToolDescription Description = {
     "kbc", "[options] FILE -o OBJECT",
-    "There is no Basic compiler in this toolchain. A program that takes these arguments can be put in\n"
+    "There is no Basic compiler in this toolchain. A program that takes these arguments can be put "
+    "in\n"
     "its place; it has to write the native object file that -o names."};
 
 } // namespace

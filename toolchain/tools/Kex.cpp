@@ -9,11 +9,12 @@
 
 namespace {
 
-constexpr ToolDescription Description = {
-    "kex", "IN -o STEM -FFORMAT",
-    "Writes an executable as STEM.FORMAT. FORMAT is hex (Intel Hex), lst (plain hex listing), srec\n"
-    "(Motorola S-records), bin (bytes from the lowest address on), tek (extended Tektronix Hex) or\n"
-    "txt (TI-TXT)."};
+constexpr ToolDescription Description = {"kex", "IN -o STEM -FFORMAT",
+                                         "Writes an executable as STEM.FORMAT. FORMAT is hex "
+                                         "(Intel Hex), lst (plain hex listing), srec\n"
+                                         "(Motorola S-records), bin (bytes from the lowest address "
+                                         "on), tek (extended Tektronix Hex) or\n"
+                                         "txt (TI-TXT)."};
 
 std::string withoutEnding(const std::string& path)
 {

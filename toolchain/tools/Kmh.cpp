@@ -19,7 +19,8 @@ void kmh(std::span<const std::string> words, Diagnostics& diagnostics)
 {
     std::string output;
     const ToolOption options[] = {
-        {"-o", ToolOption::Separate, "the header", [&](const std::string& value) { output = value; }},
+        {"-o", ToolOption::Separate, "the header",
+         [&](const std::string& value) { output = value; }},
     };
     if (answerToolHelp(Description, options, words))
         return;

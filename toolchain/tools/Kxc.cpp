@@ -19,8 +19,10 @@ namespace {
 
 constexpr ToolDescription Description = {
     "kxc", "[options] FILE[@ADDRESS]... [-o OUT]",
-    "Merges load files: executables (.kvx), Intel Hex (.hex), S-records (.s19, .srec), TI-TXT (.txt),\n"
-    "plain hex listings (.lst) and binary files (.bin, .rom), which stand at their ADDRESS. Two files\n"
+    "Merges load files: executables (.kvx), Intel Hex (.hex), S-records (.s19, .srec), TI-TXT "
+    "(.txt),\n"
+    "plain hex listings (.lst) and binary files (.bin, .rom), which stand at their ADDRESS. Two "
+    "files\n"
     "may give an address only the same byte. Addresses are hexadecimal."};
 
 struct Range {
@@ -39,13 +41,15 @@ struct Request {
 
 /// An output's ending and the writer of its format.
 constexpr std::pair<const char*, const char*> Writers[] = {
-    {".hex", "hex"}, {".lst", "lst"}, {".s19", "srec"}, {".srec", "srec"}, {".bin", "bin"},
-    {".rom", "bin"}, {".tek", "tek"}, {".txt", "txt"},
+    {".hex", "hex"}, {".lst", "lst"}, {".s19", "srec"}, {".srec", "srec"},
+    {".bin", "bin"}, {".rom", "bin"}, {".tek", "tek"},  {".txt", "txt"},
 };
 
 constexpr std::pair<const char*, ChecksumAlgorithm> Algorithms[] = {
-    {"crc16", ChecksumAlgorithm::Crc16}, {"crc32", ChecksumAlgorithm::Crc32},
-    {"sum", ChecksumAlgorithm::Sum}, {"xor", ChecksumAlgorithm::Xor},
+    {"crc16", ChecksumAlgorithm::Crc16},
+    {"crc32", ChecksumAlgorithm::Crc32},
+    {"sum", ChecksumAlgorithm::Sum},
+    {"xor", ChecksumAlgorithm::Xor},
 };
 
 std::uint32_t parseHex(const std::string& text, const std::string& whole)
@@ -100,7 +104,8 @@ void addFile(const std::string& word, const Request& request, SparseImage& image
             if (!image.put(address, section->data(false)[i])) {
                 char text[16];
                 std::snprintf(text, sizeof text, "0x%05X", address);
-                throw HException(path + " has another byte at " + text + " than a file in front of it");
+                throw HException(path + " has another byte at " + text
+                                 + " than a file in front of it");
             }
         }
 }
@@ -161,8 +166,8 @@ void printChecksum(const SparseImage& image, const std::string& name)
     for (const SparseImage::Run& run : image.runs())
         bytes.insert(bytes.end(), run.bytes.begin(), run.bytes.end());
     const int digits = name == "crc32" ? 8 : name == "xor" ? 2 : 4;
-    std::printf("%s 0x%0*X, %zu bytes\n", name.c_str(), digits, computeChecksum(found->second, bytes),
-                bytes.size());
+    std::printf("%s 0x%0*X, %zu bytes\n", name.c_str(), digits,
+                computeChecksum(found->second, bytes), bytes.size());
 }
 
 void reportDifference(Diagnostics& diagnostics, std::uint32_t first, std::uint32_t last)
@@ -196,7 +201,8 @@ std::vector<ToolOption> optionsFor(Request& request)
     using Text = const std::string&;
     return {
         {"-o", ToolOption::Separate, "the file to write", [&](Text v) { request.output = v; }},
-        {"-F", ToolOption::Attached, "its format: hex, lst, srec, bin, tek or txt; else by its name",
+        {"-F", ToolOption::Attached,
+         "its format: hex, lst, srec, bin, tek or txt; else by its name",
          [&](Text v) { request.format = v; }},
         {"-R", ToolOption::Attached, "FIRST-LAST: leave out what is elsewhere",
          [&](Text v) { request.range = parseRange(v); }},

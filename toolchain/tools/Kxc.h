@@ -5,6 +5,6 @@
 #include <span>
 #include <string>
 
-/// `kxc [options] FILE…`: merges load files into one, cuts out a range, fills gaps, prints checksums
-/// and compares.
+/// `kxc [options] FILE…`: merges load files into one, cuts out a range, fills gaps, prints
+/// checksums and compares.
 void kxc(std::span<const std::string> words, Diagnostics& diagnostics);

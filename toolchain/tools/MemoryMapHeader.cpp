@@ -12,9 +12,10 @@
 
 class MemoryMapHeader::Element {
 public:
-    explicit Element(const QXmlStreamReader& xml) :
-        m_tag(xml.name().toString().toStdString()), m_attributes(xml.attributes()),
-        m_line(static_cast<int>(xml.lineNumber()))
+    explicit Element(const QXmlStreamReader& xml)
+        : m_tag(xml.name().toString().toStdString()),
+          m_attributes(xml.attributes()),
+          m_line(static_cast<int>(xml.lineNumber()))
     {
     }
 
@@ -90,7 +91,8 @@ void MemoryMapHeader::read(const std::string& path)
     QXmlStreamReader xml(&file);
     readElements(xml);
     if (xml.hasError())
-        m_diagnostics.error({path, static_cast<int>(xml.lineNumber())}, xml.errorString().toStdString());
+        m_diagnostics.error({path, static_cast<int>(xml.lineNumber())},
+                            xml.errorString().toStdString());
     m_path = outerPath;
 }
 
@@ -109,22 +111,23 @@ void MemoryMapHeader::readElements(QXmlStreamReader& xml)
 
 void MemoryMapHeader::open(const Element& element)
 {
-    static constexpr std::pair<const char*, void (MemoryMapHeader::*)(const Element&)> Handlers[] = {
-        {"MemorySegment", &MemoryMapHeader::segment},
-        {"RegisterGroup", &MemoryMapHeader::registerGroup},
-        {"Register", &MemoryMapHeader::memoryRegister},
-        {"BitField", &MemoryMapHeader::bitField},
-        {"Enum", &MemoryMapHeader::enumeration},
-        {"Import", &MemoryMapHeader::import},
-    };
+    static constexpr std::pair<const char*, void (MemoryMapHeader::*)(const Element&)> Handlers[] =
+        {
+            {"MemorySegment", &MemoryMapHeader::segment},
+            {"RegisterGroup", &MemoryMapHeader::registerGroup},
+            {"Register", &MemoryMapHeader::memoryRegister},
+            {"BitField", &MemoryMapHeader::bitField},
+            {"Enum", &MemoryMapHeader::enumeration},
+            {"Import", &MemoryMapHeader::import},
+        };
     Outer outer{element.tag(), identifier(element.name())};
     const std::uint32_t base = m_open.empty() ? 0 : m_open.back().base;
     outer.start = element.number("start").value_or(0);
     // A register's own parts don't count from its address.
     const bool relative = element.attribute("start").starts_with('+');
     outer.base = element.tag() == "Register" || element.attribute("start").empty()
-                     ? base
-                     : outer.start + (relative ? base : 0);
+        ? base
+        : outer.start + (relative ? base : 0);
     for (const auto& [tag, handler] : Handlers)
         if (element.tag() == tag)
             (this->*handler)(element);
@@ -161,8 +164,10 @@ void MemoryMapHeader::memoryRegister(const Element& element)
         return error(element, "register '" + element.name() + "' isn't of 1, 2 or 4 bytes");
     const bool relative = element.attribute("start").starts_with('+');
     const std::uint32_t address = *start + (relative && !m_open.empty() ? m_open.back().base : 0);
-    const char* qualifier = element.attribute("access") == "ReadOnly" ? "const volatile " : "volatile ";
-    define(identifier(element.name()), std::string("(*(") + qualifier + type + " *)" + hex(address) + ")");
+    const char* qualifier =
+        element.attribute("access") == "ReadOnly" ? "const volatile " : "volatile ";
+    define(identifier(element.name()),
+           std::string("(*(") + qualifier + type + " *)" + hex(address) + ")");
 }
 
 void MemoryMapHeader::bitField(const Element& element)
@@ -221,7 +226,7 @@ void MemoryMapHeader::error(const Element& element, const std::string& text)
 std::string MemoryMapHeader::text(const std::string& source, const std::string& name) const
 {
     const std::string guard = identifier(std::filesystem::path(name).filename().string());
-    return "/* Made by kmh from " + std::filesystem::path(source).filename().string() +
-           "; changes would be lost. */\n\n#ifndef " + guard + "\n#define " + guard + "\n" + m_text +
-           "\n#endif\n";
+    return "/* Made by kmh from " + std::filesystem::path(source).filename().string()
+        + "; changes would be lost. */\n\n#ifndef " + guard + "\n#define " + guard + "\n" + m_text
+        + "\n#endif\n";
 }

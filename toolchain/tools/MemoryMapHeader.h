@@ -14,7 +14,7 @@ public:
     /// Files that may import one another in a row.
     static constexpr int MaximumImports = 10;
 
-    explicit MemoryMapHeader(Diagnostics& diagnostics) : m_diagnostics(diagnostics) {}
+    explicit MemoryMapHeader(Diagnostics& diagnostics) : m_diagnostics(diagnostics) { }
 
     /// Reads a file. What is wrong with it is reported at its place. Throws HException if it can't
     /// be read.
