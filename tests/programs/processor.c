@@ -8,7 +8,7 @@ int main(void) {
   printf("%04x %04x\n", __swap_bytes(value), __bcd_add_short(0x0999, 0x0002));
   P1OUT = 0x5a;
   P1OUT ^= 0xff;
-  printf("%02x %d\n", P1OUT, (int)(&P1OUT - &P1IN));
+  printf("%02x %d\n", P1OUT, &P1OUT > &P1IN);
   __delay_cycles(3);
   __delay_cycles(500);
   __delay_cycles(200000);

@@ -4,7 +4,8 @@ the simulator and compares its output and exit status with what the host's compi
 same source, or with NAME.expected and NAME.status where a program is for the target only.
 Programs without output, silent_*, run under mspdebug as well, if that is installed.
 
-NAME.in is a program's standard input, NAME.arguments its arguments."""
+NAME.in is a program's standard input, NAME.arguments its arguments, NAME.link what its link is told
+besides."""
 
 import argparse
 import concurrent.futures
@@ -92,6 +93,7 @@ class Toolchain:
                  f"lib_vfscanf_{formatter}_cc", "libc_user_libc"]
         self.libraries = [root / f"lib/{name}{ending}.kva" for name in names]
         self.placement = placement_options(root, device)
+        self.peripherals = ["simio add hwmult multiplier"] if "_hw16" in ending else []
 
     def tool(self, name):
         return self.root / "bin" / name
@@ -101,8 +103,7 @@ class Toolchain:
         program = folder / (source.stem + ".kvx")
         succeed([self.tool("kcc"), "-w", "-g", LEVELS[level], f"-D__{self.device}__",
                  f"-J{self.root}/include", source, "-o", module], folder)
-        extra = ["-D__args_size=100"] if source.with_suffix(".arguments").exists() else []
-        succeed([self.tool("kld"), module, *self.libraries, *extra, *self.placement,
+        succeed([self.tool("kld"), module, *self.libraries, *words_of(source, ".link"), *self.placement,
                  f"-M{program.with_suffix('.map')}", "-o", program], folder)
         return program
 
@@ -110,7 +111,7 @@ class Toolchain:
         arguments = [self.tool("gantry"), "run", program, "--max-cycles", MAX_CYCLES]
         if source.with_suffix(".in").exists():
             arguments += ["--stdin", source.with_suffix(".in")]
-        words = argument_words(source)
+        words = words_of(source, ".arguments")
         if words:
             arguments += ["--", source.stem, *words]
         return run(arguments, program.parent)
@@ -120,8 +121,8 @@ class Toolchain:
         return program.with_suffix(".hex")
 
 
-def argument_words(source):
-    path = source.with_suffix(".arguments")
+def words_of(source, suffix):
+    path = source.with_suffix(suffix)
     return path.read_text().split() if path.exists() else []
 
 
@@ -135,7 +136,7 @@ def host_result(source, folder):
     succeed(["gcc", "-w", "-O1", "-fwrapv", source, "-o", program, "-lm"], folder)
     text = source.with_suffix(".in")
     with open(text if text.exists() else "/dev/null", "rb") as stream:
-        result = run([program, *argument_words(source)], folder, stdin=stream)
+        result = run([program, *words_of(source, ".arguments")], folder, stdin=stream)
     return result.stdout, result.returncode
 
 
@@ -146,10 +147,10 @@ def first_difference(ours, theirs):
     return f"{len(ours.splitlines())} lines in place of {len(theirs.splitlines())}"
 
 
-def debugger_result(image, exit_address):
+def debugger_result(image, exit_address, peripherals):
     """R12 at the call of exit under mspdebug, in its low byte the status."""
-    result = run(["mspdebug", "-q", "sim", f"prog {image}", f"setbreak {exit_address}", "reset", "run",
-                  "regs"], image.parent)
+    result = run(["mspdebug", "-q", "sim", *peripherals, f"prog {image}", f"setbreak {exit_address}",
+                  "reset", "run", "regs"], image.parent)
     found = re.findall(r"R12: 0?([0-9a-f]{4})", result.stdout.decode(errors="replace"))
     if not found:
         raise Failure("mspdebug: " + result.stdout.decode(errors="replace")[-200:])
@@ -176,7 +177,8 @@ def check(toolchain, source, level):
             raise Failure(f"status {result.returncode} in place of {status}")
         if source.stem.startswith("silent_") and shutil.which("mspdebug"):
             image = toolchain.image(program)
-            under_debugger = debugger_result(image, symbol_address(program.with_suffix(".map"), "exit"))
+            under_debugger = debugger_result(
+                image, symbol_address(program.with_suffix(".map"), "exit"), toolchain.peripherals)
             if under_debugger != status:
                 raise Failure(f"status {under_debugger} under mspdebug in place of {status}")
 

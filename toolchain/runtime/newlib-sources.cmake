@@ -11,7 +11,8 @@ set(NEWLIB_LIBC_SOURCES
     memrchr rawmemchr rindex stpcpy stpncpy strcasestr strcat strchr strchrnul strcmp
     strcoll strcpy strcspn strerror strlcat strlcpy strlwr strncat strncmp strncpy
     strnlen strnstr strpbrk strrchr strsep strspn strstr strtok_r strupr strverscmp strxfrm
-    u_strerr
+    u_strerr wcscat wcschr wcscmp wcscoll wcscpy wcscspn wcslen wcsncat wcsncmp wcsncpy wcsnlen
+    wcspbrk wcsrchr wcsspn wcsstr wcstok wmemchr wmemcmp wmemcpy wmemmove wmemset
   time: difftime gmtime_r month_lengths)
 
 set(NEWLIB_LIBM_SOURCES
@@ -39,6 +40,8 @@ set(NEWLIB_LIBM_SOURCES
     sf_isinf sf_isinff sf_isnan sf_isnanf sf_llrint sf_llround sf_log1p sf_log2 sf_logb sf_lrint
     sf_lround sf_modf sf_nan sf_nearbyint sf_nextafter sf_pow10 sf_remquo sf_rint sf_round
     sf_scalbln sf_scalbn sf_trunc sinhl sinl sqrtl tanhl tanl tgammal truncl
+  fenv: fe_dfl_env feclearexcept fegetenv fegetexceptflag fegetround feholdexcept fenv_stub
+    feraiseexcept fesetenv fesetexceptflag fesetround fetestexcept feupdateenv
   complex: cabs cabsf cabsl cacos cacosf cacosh cacoshf cacoshl cacosl carg cargf cargl casin
     casinf casinh casinhf casinhl casinl catan catanf catanh catanhf catanhl catanl ccos ccosf
     ccosh ccoshf ccoshl ccosl cephes_subr cephes_subrf cephes_subrl cexp cexpf cexpl cimag cimagf
@@ -48,14 +51,14 @@ set(NEWLIB_LIBM_SOURCES
 
 # Relative to newlib/libc/include; ours, in include/, come over them.
 set(NEWLIB_HEADERS
-  _ansi.h alloca.h assert.h ctype.h errno.h fastmath.h ieeefp.h inttypes.h limits.h locale.h
-  malloc.h math.h memory.h reent.h search.h setjmp.h signal.h stdint.h stdlib.h string.h
-  strings.h tgmath.h time.h wchar.h wctype.h complex.h
+  _ansi.h alloca.h assert.h complex.h ctype.h errno.h fastmath.h fenv.h ieeefp.h inttypes.h
+  limits.h locale.h malloc.h math.h memory.h reent.h search.h setjmp.h signal.h stdint.h stdlib.h
+  string.h strings.h tgmath.h time.h wchar.h
   machine/_arc4random.h machine/_default_types.h machine/_endian.h machine/_time.h
   machine/_types.h machine/ansi.h machine/endian.h machine/fastmath.h machine/ieeefp.h
   machine/malloc.h machine/param.h machine/setjmp.h machine/stdlib.h machine/time.h
   machine/types.h
   sys/_default_fcntl.h sys/_intsup.h sys/_locale.h sys/_pthreadtypes.h sys/_sigset.h
-  sys/_stdint.h sys/_timespec.h sys/_timeval.h sys/_types.h sys/cdefs.h sys/config.h
-  sys/errno.h sys/features.h sys/lock.h sys/param.h sys/sched.h sys/select.h sys/signal.h sys/string.h sys/syslimits.h
-  sys/time.h sys/types.h sys/timespec.h)
+  sys/_stdint.h sys/_timespec.h sys/_timeval.h sys/_types.h sys/cdefs.h sys/config.h sys/errno.h
+  sys/features.h sys/fenv.h sys/lock.h sys/param.h sys/sched.h sys/select.h sys/signal.h
+  sys/string.h sys/syslimits.h sys/time.h sys/timespec.h sys/types.h)

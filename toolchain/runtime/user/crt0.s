@@ -10,25 +10,28 @@ __reset:
     mov     #__init_table_start, r10
     jmp     reset_next
 reset_entry:
+    ; By words: every section begins at an even address, as does what follows it.
     mov     @r10+, r12
     mov     @r10+, r13
     mov     @r10+, r14
-    add     r12, r14
-    jmp     reset_test
-reset_byte:
-    ; A zero byte where there are no contents.
+    inc     r14
+    clrc
+    rrc     r14
+    jz      reset_next
     tst     r13
     jz      reset_clear
-    mov.b   @r13+, r15
-    mov.b   r15, 0(r12)
-    inc     r12
-    jmp     reset_test
+reset_copy:
+    mov     @r13+, r15
+    mov     r15, 0(r12)
+    incd    r12
+    dec     r14
+    jnz     reset_copy
+    jmp     reset_next
 reset_clear:
-    mov.b   #0, 0(r12)
-    inc     r12
-reset_test:
-    cmp     r14, r12
-    jne     reset_byte
+    clr     0(r12)
+    incd    r12
+    dec     r14
+    jnz     reset_clear
 reset_next:
     cmp     #__init_table_end, r10
     jne     reset_entry

@@ -10,7 +10,8 @@ __mspabi_mpyl:
     mov     r13, &__multiplier+18
     mov     r14, &__multiplier+32
     mov     r15, &__multiplier+34
-    ; Five cycles after the start the lower half of the result is there.
+    ; The result's second word takes eight cycles from the start (SLAU208, 32-bit hardware
+    ; multiplier, result availability); these and the move before its reading are more.
     nop
     nop
     nop

@@ -46,7 +46,8 @@ __mspabi_mpyll:
     pop     r7
     ret
 
-; The whole result takes eleven cycles; the call and this take them.
+; The whole result takes eleven cycles (SLAU208, 32-bit hardware multiplier, result
+; availability); the call and this are more.
 mpyll_wait:
     nop
     nop
