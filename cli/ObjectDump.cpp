@@ -16,18 +16,6 @@ namespace {
 
 constexpr int DeepestScope = 200;
 
-const char* kindName(SectionKind kind)
-{
-    switch (kind) {
-    case SectionKind::Code: return "code";
-    case SectionKind::Data: return "data";
-    case SectionKind::Zeroed: return "zeroed";
-    case SectionKind::Const: return "const";
-    case SectionKind::Eeprom: return "eeprom";
-    default: return "-";
-    }
-}
-
 std::string nameOf(TOBFObject* object)
 {
     HString* name = object != nullptr ? object->getName() : nullptr;
@@ -112,7 +100,7 @@ void ObjectDump::sections(TOBFModule* module)
     std::printf("%-16s %-7s %-5s %8s  %s\n", "section", "kind", "load", "bytes", "addresses");
     for (TOBFSection* section : module->sections()) {
         std::printf("%-16s %-7s %-5s %8u", nameOf(section).c_str(),
-                    kindName(section->sectionKind()), section->isLoaded() ? "yes" : "no",
+                    sectionKindName(section->sectionKind()), section->isLoaded() ? "yes" : "no",
                     section->accumulatedSize());
         if (section->lowestAddress() != TOBFSection::NoAddress)
             std::printf("  %05X-%05X", section->lowestAddress(),

@@ -27,6 +27,18 @@ unsigned start(const TOBFInsn* insn) { return static_cast<unsigned>(insn->pc());
 
 } // namespace
 
+const char* sectionKindName(SectionKind kind)
+{
+    switch (kind) {
+    case SectionKind::Code: return "code";
+    case SectionKind::Data: return "data";
+    case SectionKind::Zeroed: return "zeroed";
+    case SectionKind::Const: return "const";
+    case SectionKind::Eeprom: return "eeprom";
+    default: return "";
+    }
+}
+
 TOBFFragment* TOBFSection::newFragment()
 {
     addFragment(new TOBFFragment(this));

@@ -8,6 +8,9 @@
 /// What a section holds: bits 0 to 3 of its flags.
 enum class SectionKind : unsigned { Unspecified = 0, Code = 1, Data = 2, Zeroed = 3, Const = 4, Eeprom = 6 };
 
+/// In lower case; empty for kinds without a name.
+const char* sectionKindName(SectionKind kind);
+
 class TOBFSection final : public TOBFObject {
 public:
     /// The section has content that a load writes.

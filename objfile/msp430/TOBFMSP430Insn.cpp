@@ -4,9 +4,16 @@
 #include "objfile/model/TOBFExpr.h"
 #include "objfile/model/TOBFMarker.h"
 
+#include <algorithm>
 #include <cstdio>
 
 bool g_msp430x = false;
+
+/// A constant that a source field makes without a word behind the instruction.
+struct TOBFMSP430Insn::GeneratedConstant {
+    unsigned value;
+    unsigned field;
+};
 
 namespace {
 
@@ -18,16 +25,12 @@ constexpr unsigned MovaImmediateToPC = 0x0080;
 constexpr unsigned PushAtSP = 0x1221;
 constexpr unsigned PushByteAtSP = 0x1261;
 
-/// The constants that a source field makes without a word behind the instruction.
-struct GeneratedConstant {
-    unsigned value;
-    unsigned field;
-};
-constexpr GeneratedConstant sourceConstants[] = {
+constexpr TOBFMSP430Insn::GeneratedConstant sourceConstants[] = {
     {0, 0x300}, {1, 0x310}, {2, 0x320}, {4, 0x220}, {8, 0x230}};
 constexpr unsigned SourceAllOnes = 0x330;
-constexpr GeneratedConstant operandConstants[] = {{0, 0x03}, {1, 0x13}, {2, 0x23}};
-constexpr GeneratedConstant operandConstantsX[] = {{4, 0x22}, {8, 0x32}};
+/// The last two are for the extended core only: an erratum of the original pushes 4 and 8 wrongly.
+constexpr TOBFMSP430Insn::GeneratedConstant operandConstants[] = {
+    {0, 0x03}, {1, 0x13}, {2, 0x23}, {4, 0x22}, {8, 0x32}};
 constexpr unsigned OperandAllOnes = 0x33;
 
 unsigned invertedCondition(unsigned condition)
@@ -68,9 +71,10 @@ void TOBFMSP430Insn::selectConstant()
         setOperand(0, new TOBFConstExpr(0));
         m_opcode -= 0x10;
     } else if (formatI() && operand(0) != nullptr && (m_opcode & 0xF30) == 0x30) {
-        selectSourceConstant();
+        selectGenerated(0xF30, SourceAllOnes, sourceConstants);
     } else if (formatII() && operand(0) != nullptr && !hasExtension() && (m_opcode & 0x3F) == 0x30) {
-        selectOperandConstant();
+        selectGenerated(0x3F, OperandAllOnes,
+                        std::span(operandConstants).first(g_msp430x ? 5 : 3));
     }
 }
 
@@ -90,52 +94,20 @@ unsigned sizeMask(std::uint32_t opcode)
 
 } // namespace
 
-void TOBFMSP430Insn::selectSourceConstant()
+void TOBFMSP430Insn::selectGenerated(std::uint32_t fieldMask, std::uint32_t allOnes,
+                                     std::span<const GeneratedConstant> constants)
 {
     const TOBFValue value = operand(0)->evaluate();
     if (!isPlainConstant(value) || value.section != nullptr)
         return;
     const unsigned mask = sizeMask(m_opcode);
     const unsigned masked = static_cast<unsigned>(value.value) & mask;
-    const auto select = [&](unsigned field) {
-        m_opcode = (m_opcode & ~0xF30u) | field;
-        setOperand(0, nullptr);
-    };
-    if (masked == mask) {
-        select(SourceAllOnes);
+    const auto it = std::find_if(constants.begin(), constants.end(),
+                                 [=](const auto& constant) { return constant.value == masked; });
+    if (masked != mask && it == constants.end())
         return;
-    }
-    for (const GeneratedConstant& constant : sourceConstants) {
-        if (constant.value == masked) {
-            select(constant.field);
-            return;
-        }
-    }
-}
-
-void TOBFMSP430Insn::selectOperandConstant()
-{
-    const TOBFValue value = operand(0)->evaluate();
-    if (!isPlainConstant(value) || value.section != nullptr)
-        return;
-    const unsigned mask = sizeMask(m_opcode);
-    const unsigned masked = static_cast<unsigned>(value.value) & mask;
-    const auto select = [&](unsigned field) {
-        m_opcode = (m_opcode & ~0x3Fu) | field;
-        setOperand(0, nullptr);
-    };
-    if (masked == mask) {
-        select(OperandAllOnes);
-        return;
-    }
-    for (const GeneratedConstant& constant : operandConstants)
-        if (constant.value == masked)
-            return select(constant.field);
-    if (!g_msp430x) // an erratum of the original core pushes 4 and 8 wrongly
-        return;
-    for (const GeneratedConstant& constant : operandConstantsX)
-        if (constant.value == masked)
-            return select(constant.field);
+    m_opcode = (m_opcode & ~fieldMask) | (masked == mask ? allOnes : it->field);
+    setOperand(0, nullptr);
 }
 
 // Length and relaxation.

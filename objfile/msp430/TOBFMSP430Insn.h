@@ -2,6 +2,8 @@
 
 #include "objfile/model/TOBFInsn.h"
 
+#include <span>
+
 /// Whether code is made for the 20-bit address space. Set by the toolchain; the debugger asks its
 /// target instead.
 extern bool g_msp430x;
@@ -36,14 +38,16 @@ public:
     /// Appends a branch to an address.
     void encodeBranch(unsigned value);
 
+    struct GeneratedConstant;
+
 private:
     std::uint32_t word() const { return m_opcode & 0xFFFF; }
     bool hasExtension() const { return m_opcode >> 16 >= 0x1800; }
     bool hasLegacyHighHalf() const { return m_opcode > 0xFFFF && !hasExtension(); }
 
     void selectConstant();
-    void selectSourceConstant();
-    void selectOperandConstant();
+    void selectGenerated(std::uint32_t fieldMask, std::uint32_t allOnes,
+                         std::span<const GeneratedConstant> constants);
     unsigned jumpOffset(unsigned mask) const;
     void encodeWord16(unsigned value) { encodeWord(value, 2, false); }
     unsigned operandValue(int index) const;

@@ -1,9 +1,8 @@
 #include "toolchain/kas/Kas.h"
 
 #include "base/HException.h"
-#include "objfile/format/TOBFWriter.h"
 #include "objfile/msp430/TOBFMSP430Insn.h"
-#include "toolchain/common/OutputFile.h"
+#include "toolchain/common/ObjectOutput.h"
 #include "toolchain/common/Preprocessor.h"
 #include "toolchain/common/ToolMain.h"
 #include "toolchain/kas/AsmFiles.h"
@@ -108,16 +107,6 @@ AsmLinesPtr readStatements(const std::string& path, const Request& request, Asse
     return lines;
 }
 
-void write(TOBFModule* module, const std::string& path)
-{
-    TOBFWriter writer;
-    module->externalize(&writer, false);
-    writer.finish();
-    OutputFile out(path);
-    out.write({reinterpret_cast<const char*>(writer.data().data()), writer.data().size()});
-    out.commit();
-}
-
 void assembleFile(const std::string& path, Request& request, Diagnostics& diagnostics)
 {
     Pool pool;
@@ -135,7 +124,7 @@ void assembleFile(const std::string& path, Request& request, Diagnostics& diagno
         return;
     module->setAttribute(HString::intern("dependencies"),
                          HString::intern(joined(assembler.dependencies())));
-    write(module, request.output);
+    writeObjectFile(module, request.output);
 }
 
 std::string objectName(const std::string& source)

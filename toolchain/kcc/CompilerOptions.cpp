@@ -30,23 +30,21 @@ std::vector<ToolOption> compilerOptionTable(CompilerOptions& options)
     const auto flag = [](bool& it) { return [&it](Text) { it = true; }; };
     const auto name = [](std::string& it) { return [&it](Text value) { it = value; }; };
     const auto ignore = [](Text) {};
-    auto& preprocessor = options.preprocessor;
-    const auto forward = [&preprocessor](const char* spelling) {
-        return [&preprocessor, spelling](Text value) {
-            preprocessor.push_back(spelling + value);
-        };
+    const auto collect = [](std::vector<std::string>& list) {
+        return [&list](Text value) { list.push_back(value); };
     };
+    PreprocessorOptions& preprocessor = options.preprocessor;
     return {
         {"-o", ToolOption::Separate, "the file to write", name(options.output)},
         {"-E", ToolOption::Flag, "preprocess only", flag(options.preprocessOnly)},
-        {"-D", ToolOption::Attached, "define a macro, NAME or NAME=TEXT", forward("-D")},
-        {"-U", ToolOption::Attached, "undefine a macro", forward("-U")},
-        {"-I", ToolOption::Attached, "look here for included files", forward("-I")},
+        {"-D", ToolOption::Attached, "define a macro, NAME or NAME=TEXT", collect(preprocessor.definitions)},
+        {"-U", ToolOption::Attached, "undefine a macro", collect(preprocessor.undefinitions)},
+        {"-I", ToolOption::Attached, "look here for included files", collect(preprocessor.userIncludes)},
         {"-J", ToolOption::Attached, "look here for the system's included files",
-         [&](Text value) { options.systemIncludes.push_back(value); }},
+         collect(preprocessor.systemIncludes)},
         {"-g", ToolOption::Flag, "make debugging information", flag(options.debugInformation)},
-        {"-w", ToolOption::Flag, "no warnings", flag(options.suppressWarnings)},
-        {"-we", ToolOption::Flag, "warnings are errors", flag(options.warningsAreErrors)},
+        {"-w", ToolOption::Flag, "no warnings", flag(preprocessor.suppressWarnings)},
+        {"-we", ToolOption::Flag, "warnings are errors", flag(preprocessor.warningsAreErrors)},
         {"-ansi", ToolOption::Flag, "keep to the C standard", flag(options.enforceAnsi)},
         {"-O", ToolOption::Attached, "optimise: -N for size, +N for speed, N from 0 to 9",
          [&](Text value) { options.optimization = optimizationLevel(value); }},

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "toolchain/common/Clang.h"
 #include "toolchain/common/Options.h"
 #include "toolchain/kcc/ObjectConverter.h"
 
@@ -11,14 +12,11 @@ struct CompilerOptions {
     bool preprocessOnly = false;
     bool verbose = false;
     bool debugInformation = false;
-    bool suppressWarnings = false;
-    bool warningsAreErrors = false;
     bool enforceAnsi = false;
     bool keepLocalsInMemory = false;
     std::string optimization = "-Os";
     std::string output;
-    std::vector<std::string> preprocessor; ///< -D, -U and -I as given
-    std::vector<std::string> systemIncludes;
+    PreprocessorOptions preprocessor;
     SectionNames sections;
 };
 

@@ -1,12 +1,10 @@
 #include "toolchain/kcc/Kcc.h"
 
 #include "base/HException.h"
-#include "base/ProgramLocation.h"
 #include "objfile/format/HFileInputByteStream.h"
-#include "objfile/format/TOBFWriter.h"
 #include "toolchain/common/Dependencies.h"
+#include "toolchain/common/ObjectOutput.h"
 #include "toolchain/common/OutputFile.h"
-#include "toolchain/common/Process.h"
 #include "toolchain/common/TemporaryFile.h"
 #include "toolchain/common/ToolMain.h"
 #include "toolchain/kcc/CompilerOptions.h"
@@ -28,26 +26,9 @@ void append(Words& words, std::initializer_list<const char*> more)
     words.insert(words.end(), more.begin(), more.end());
 }
 
-Words commonCommand(const CompilerOptions& options)
-{
-    Words words = {"clang"};
-    append(words, {"--target=msp430", "-mhwmult=none", "-nostdlibinc", "-fno-color-diagnostics",
-                   "-fdiagnostics-format=msvc", "-fno-show-column", "-fno-caret-diagnostics"});
-    words.insert(words.end(), options.preprocessor.begin(), options.preprocessor.end());
-    for (const std::string& folder : options.systemIncludes)
-        words.push_back("-isystem" + folder);
-    if (options.systemIncludes.empty())
-        words.push_back("-isystem" + (installationRoot() / "include").string());
-    if (options.suppressWarnings)
-        words.emplace_back("-w");
-    if (options.warningsAreErrors)
-        words.emplace_back("-Werror");
-    return words;
-}
-
 Words compileCommand(const CompilerOptions& options)
 {
-    Words words = commonCommand(options);
+    Words words = clangCommand(options.preprocessor);
     append(words, {"-c", "-ffunction-sections", "-fdata-sections", "-fno-addrsig", "-fno-common"});
     words.emplace_back(options.keepLocalsInMemory ? "-O0" : options.optimization);
     if (options.enforceAnsi)
@@ -65,13 +46,7 @@ void run(const Words& words, const CompilerOptions& options, Diagnostics& diagno
         std::printf("\n");
         std::fflush(stdout);
     }
-    const int status = runProcess(words);
-    if (status < 0)
-        diagnostics.fatal("the compiler clang is not installed; install the package clang");
-    if (status > 1)
-        diagnostics.fatal("the compiler ended with status " + std::to_string(status));
-    if (status == 1) // it has said why
-        throw FatalDiagnostic("compilation failed");
+    runClang(words, diagnostics);
 }
 
 void writeObject(const std::string& object, const CompilerOptions& options,
@@ -85,18 +60,13 @@ void writeObject(const std::string& object, const CompilerOptions& options,
     if (!dependencies.empty())
         module->setAttribute(HString::intern("dependencies"), HString::intern(dependencies));
     ObjectConverter(elf, options.sections, module).convert(options.debugInformation);
-    TOBFWriter writer;
-    module->externalize(&writer, false);
-    writer.finish();
-    OutputFile out(options.output);
-    out.write({reinterpret_cast<const char*>(writer.data().data()), writer.data().size()});
-    out.commit();
+    writeObjectFile(module, options.output);
 }
 
 void preprocess(const std::string& source, const CompilerOptions& options, Diagnostics& diagnostics)
 {
     OutputFile out(options.output);
-    Words words = commonCommand(options);
+    Words words = clangCommand(options.preprocessor);
     words.insert(words.end(), {"-E", source, "-o", out.path()});
     run(words, options, diagnostics);
     out.commit();

@@ -1,9 +1,8 @@
 #include "toolchain/kld/Kld.h"
 
 #include "base/HException.h"
-#include "objfile/format/TOBFWriter.h"
 #include "objfile/msp430/TOBFMSP430Insn.h"
-#include "toolchain/common/OutputFile.h"
+#include "toolchain/common/ObjectOutput.h"
 #include "toolchain/common/ToolMain.h"
 #include "toolchain/kld/Checksums.h"
 #include "toolchain/kld/Encoder.h"
@@ -20,16 +19,6 @@ constexpr ToolDescription Description
     = {"kld", "[OPTION]... FILE... -o OUTPUT",
        "Links native objects and libraries (.kva) to an executable. What nothing refers to is left\n"
        "out."};
-
-void write(TOBFModule* module, const std::string& path)
-{
-    TOBFWriter writer;
-    module->externalize(&writer, false);
-    writer.finish();
-    OutputFile out(path);
-    out.write({reinterpret_cast<const char*>(writer.data().data()), writer.data().size()});
-    out.commit();
-}
 
 void link(const LinkerOptions& options, const std::vector<std::string>& files,
           Diagnostics& diagnostics)
@@ -53,7 +42,7 @@ void link(const LinkerOptions& options, const std::vector<std::string>& files,
     checksums.compute();
     if (!options.mapFile.empty())
         writeMap(image, layout, options.mapFile);
-    write(image.module(), options.output);
+    writeObjectFile(image.module(), options.output);
 }
 
 } // namespace

@@ -28,18 +28,6 @@ private:
     std::string m_text;
 };
 
-const char* kindName(SectionKind kind)
-{
-    switch (kind) {
-    case SectionKind::Code: return "code";
-    case SectionKind::Data: return "data";
-    case SectionKind::Zeroed: return "zeroed";
-    case SectionKind::Const: return "const";
-    case SectionKind::Eeprom: return "eeprom";
-    default: return "";
-    }
-}
-
 struct PlacedFragment {
     TOBFFragment* fragment;
     std::int32_t start;
@@ -96,7 +84,7 @@ void writeSections(MapText& map, LinkImage& image)
         if (fragments.empty())
             continue;
         map.line("\n  %s (%s%s), %05X-%05X, %u bytes", section->name()->text(),
-                 kindName(section->sectionKind()), section->isLoaded() ? ", loaded" : "",
+                 sectionKindName(section->sectionKind()), section->isLoaded() ? ", loaded" : "",
                  section->lowestAddress(), static_cast<unsigned>(section->highestAddress()),
                  section->accumulatedSize());
         for (const PlacedFragment& it : fragments)
