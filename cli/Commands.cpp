@@ -12,8 +12,10 @@ std::span<const Command> commands()
         {"dump", "FILE [--sections] [--symbols] [--types] [--lines] [--listing] [--disassembly]",
          dumpCommand},
         {"run",
-         "PROGRAM [--device NAME] [--type ID] [--address A] [--fill BYTE] [--pc A] [--steps N] [--max-cycles N] "
-         "[--break EXPR]... [--stdin FILE] [--peripherals FILE] [--trace N] [--counts] [--registers] [--stats] "
+         "PROGRAM [--device NAME] [--type ID] [--address A] [--fill BYTE] [--pc A] [--steps N] "
+         "[--max-cycles N] "
+         "[--break EXPR]... [--stdin FILE] [--peripherals FILE] [--trace N] [--counts] "
+         "[--registers] [--stats] "
          "[-- ARG...]",
          runCommand},
     };

@@ -171,7 +171,7 @@ TEST_F(RunTest, UsesThatMakeNoSense)
 
 TEST_F(RunTest, ProgramsThatDontFitTheDevice)
 {
-    // Peripheral registers can be written, but no device has memory between them and the RAM's end.
+    // One byte behind the 20-bit address space.
     make("far.s19", "S3060010000000E9\n");
     const Outcome outcome = gantry("run " + path("far.s19") + " --pc 0");
     EXPECT_EQ(outcome.status, 1);
