@@ -62,7 +62,7 @@ SimulatedProgram::SimulatedProgram(const RunOptions& options)
     load();
     setStart();
     setBreakpoints();
-    QStringList arguments;
+    QStringList arguments{QString::fromStdString(options.program)};
     for (const std::string& argument : options.arguments)
         arguments << QString::fromStdString(argument);
     TargetIOServer::setHelperFunctions(this);

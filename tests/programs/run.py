@@ -113,7 +113,7 @@ class Toolchain:
             arguments += ["--stdin", source.with_suffix(".in")]
         words = words_of(source, ".arguments")
         if words:
-            arguments += ["--", source.stem, *words]
+            arguments += ["--", *words]
         return run(arguments, program.parent)
 
     def image(self, program):

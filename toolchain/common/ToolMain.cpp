@@ -13,7 +13,7 @@ int runTool(const char* name, ToolBody body, int argc, char** argv)
         const std::vector<std::string> words(argv + 1, argv + argc);
         body(words, diagnostics);
     } catch (const FatalDiagnostic&) {
-        // Reported where it was thrown.
+        return 1; // reported where it was thrown, or by the program that was run
     } catch (const HException& error) {
         diagnostics.error(error.message());
     } catch (const std::bad_alloc&) {
