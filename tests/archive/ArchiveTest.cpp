@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 
@@ -15,7 +17,7 @@ class ArchiveTest : public testing::Test {
 protected:
     void SetUp() override
     {
-        folder = fs::path(testing::TempDir()) / "archive";
+        folder = fs::path(testing::TempDir()) / ("archive-" + std::to_string(::getpid()));
         fs::remove_all(folder);
         fs::create_directories(folder);
     }

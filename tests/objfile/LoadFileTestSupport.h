@@ -11,11 +11,14 @@
 #include <string>
 #include <vector>
 
+#include <unistd.h>
+
 /// A folder of its own for a test.
 class ScratchFolder {
 public:
     explicit ScratchFolder(const std::string& name)
-        : m_path(std::filesystem::path(testing::TempDir()) / name)
+        : m_path(std::filesystem::path(testing::TempDir())
+                 / (name + "-" + std::to_string(::getpid())))
     {
         std::filesystem::remove_all(m_path);
         std::filesystem::create_directories(m_path);

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 #include <regex>
@@ -118,7 +120,7 @@ std::string contents(const fs::path& path)
 
 TEST(OutputFile, StandsOnlyWhenComplete)
 {
-    const fs::path folder = fs::path(testing::TempDir()) / "output_file";
+    const fs::path folder = fs::path(testing::TempDir()) / ("output_file-" + std::to_string(::getpid()));
     fs::remove_all(folder);
     fs::create_directories(folder);
     const fs::path target = folder / "out.bin";

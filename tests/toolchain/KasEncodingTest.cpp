@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <array>
 #include <cstdio>
 #include <fstream>
@@ -68,7 +70,7 @@ std::string hexOf(const std::string& encoding)
 /// What llvm-mc makes of each line; lines that it doesn't take are missing.
 std::map<std::size_t, std::string> peerEncodings(const std::vector<std::string>& lines)
 {
-    const std::string path = testing::TempDir() + "kas_peer.s";
+    const std::string path = testing::TempDir() + "kas_peer-" + std::to_string(::getpid()) + ".s";
     std::ofstream source(path);
     for (std::size_t i = 0; i < lines.size(); ++i)
         source << "L" << i << ": " << lines[i] << "\n";

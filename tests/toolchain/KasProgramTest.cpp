@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 
@@ -44,7 +46,7 @@ protected:
         return messages;
     }
 
-    const fs::path folder = fs::path(testing::TempDir()) / "kas_program";
+    const fs::path folder = fs::path(testing::TempDir()) / ("kas_program-" + std::to_string(::getpid()));
 };
 
 struct LoadedModule {

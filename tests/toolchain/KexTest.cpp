@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 
@@ -55,7 +57,7 @@ protected:
         return "(no failure)";
     }
 
-    const fs::path folder = fs::path(testing::TempDir()) / "kex";
+    const fs::path folder = fs::path(testing::TempDir()) / ("kex-" + std::to_string(::getpid()));
 };
 
 TEST_F(KexTest, EachFormatUnderItsEnding)

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 
@@ -47,7 +49,7 @@ protected:
         return messages;
     }
 
-    const fs::path folder = fs::path(testing::TempDir()) / "utility_tools";
+    const fs::path folder = fs::path(testing::TempDir()) / ("utility_tools-" + std::to_string(::getpid()));
 };
 
 TEST_F(UtilityTools, KbcSaysThatThereIsNoCompiler)

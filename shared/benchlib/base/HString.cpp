@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
-#include <cstring>
 #include <functional>
 #include <new>
 #include <vector>
@@ -75,7 +74,7 @@ private:
             grow();
         char* block = static_cast<char*>(m_arena.allocate(sizeof(HString) + text.size() + 1));
         char* copy = block + sizeof(HString);
-        std::memcpy(copy, text.data(), text.size());
+        std::copy(text.begin(), text.end(), copy);
         copy[text.size()] = 0;
         HString*& bucket = m_buckets[hash & (m_buckets.size() - 1)];
         bucket = new (block) HString(bucket, copy, text.size(), hash);
