@@ -84,7 +84,9 @@ def make_elf_library(root, folder):
 
 def timed(words):
     started = time.perf_counter()
-    run(words, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    result = subprocess.run([str(word) for word in words], capture_output=True, text=True)
+    if result.returncode != 0:
+        raise SystemExit(f"{words[0]}: {(result.stdout + result.stderr)[:1000]}")
     return time.perf_counter() - started
 
 
@@ -109,8 +111,8 @@ def main():
         elf, native = make_objects(root, folder, options.objects)
         library = make_elf_library(root, folder)
         script = folder / "memory.ld"
-        script.write_text("SECTIONS { .text 0x10000 : { *(.text*) } .rodata : { *(.rodata*) } "
-                          ".data 0x80000 : { *(.data*) } .bss : { *(.bss*) } }")
+        script.write_text("SECTIONS { .data 0x200 : { *(.data*) } .bss : { *(.bss*) } "
+                          ".text 0x1100 : { *(.text*) } .rodata : { *(.rodata*) } }")
         kld = [root / "bin/kld", *native, "-g",
                *(root / f"lib/{name}_soft_single.kva" for name in LIBRARIES),
                "-TCODE,CONST=1100-ffe0", "-TIDATA0,UDATA0=200-1000", "-TRESET=fffe-ffff",
