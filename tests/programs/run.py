@@ -94,6 +94,8 @@ class Toolchain:
         self.libraries = [root / f"lib/{name}{ending}.kva" for name in names]
         self.placement = placement_options(root, device)
         self.peripherals = ["simio add hwmult multiplier"] if "_hw16" in ending else []
+        # mspdebug has no 32-bit multiplier.
+        self.has_peer = shutil.which("mspdebug") is not None and "_hw32" not in ending
 
     def tool(self, name):
         return self.root / "bin" / name
@@ -108,7 +110,8 @@ class Toolchain:
         return program
 
     def simulate(self, program, source):
-        arguments = [self.tool("gantry"), "run", program, "--max-cycles", MAX_CYCLES]
+        arguments = [self.tool("gantry"), "run", program, "--device", self.device,
+                     "--max-cycles", MAX_CYCLES]
         if source.with_suffix(".in").exists():
             arguments += ["--stdin", source.with_suffix(".in")]
         words = words_of(source, ".arguments")
@@ -175,7 +178,7 @@ def check(toolchain, source, level):
                           result.stderr.decode(errors="replace")[:200])
         if result.returncode != status:
             raise Failure(f"status {result.returncode} in place of {status}")
-        if source.stem.startswith("silent_") and shutil.which("mspdebug"):
+        if source.stem.startswith("silent_") and toolchain.has_peer:
             image = toolchain.image(program)
             under_debugger = debugger_result(
                 image, symbol_address(program.with_suffix(".map"), "exit"), toolchain.peripherals)
