@@ -62,8 +62,8 @@ void addFunction(TOBFModule* module, TOBFSection* section, TOBFFilename* file, T
     for (const char* const local : {"index", "count", "result"}) {
         auto* variable = new TOBFSymbol(name(local));
         variable->setType(type);
-        variable->setDefinition(TOBFBinaryExpr::make(TAG_BASE_OFFSET, new TOBFRegisterExpr(1),
-                                                     new TOBFConstExpr(-4)));
+        variable->setDefinition(
+            TOBFBinaryExpr::make(TAG_BASE_OFFSET, new TOBFRegisterExpr(1), new TOBFConstExpr(-4)));
         variable->setScope(scope);
     }
 }

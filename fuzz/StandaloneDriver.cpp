@@ -45,9 +45,7 @@ void mutate(Bytes& bytes, std::mt19937& random)
             if (at < bytes.size())
                 bytes.erase(bytes.begin() + static_cast<std::ptrdiff_t>(at));
             break;
-        case 2:
-            bytes.resize(at);
-            break;
+        case 2: bytes.resize(at); break;
         default:
             if (at < bytes.size())
                 bytes[at] = static_cast<std::uint8_t>(random());

@@ -14,11 +14,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static const TemporaryFile executable(".kvx");
     std::ofstream(object.path(), std::ios::binary)
         .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
-    const std::vector<std::string> words = {
-        object.path(), "-o",   executable.path(), "-TCODE,CONST=4000-ffe0",
-        "-TIDATA0,UDATA0=200-2a00", "-TINTVEC=ffe0-fffd", "-TRESET=fffe-ffff",
-        "-Kmain",      "-Oph", "-Ojt",            "-Otm",
-        "-HCODE=crc16", "-g"};
+    const std::vector<std::string> words = {object.path(),
+                                            "-o",
+                                            executable.path(),
+                                            "-TCODE,CONST=4000-ffe0",
+                                            "-TIDATA0,UDATA0=200-2a00",
+                                            "-TINTVEC=ffe0-fffd",
+                                            "-TRESET=fffe-ffff",
+                                            "-Kmain",
+                                            "-Oph",
+                                            "-Ojt",
+                                            "-Otm",
+                                            "-HCODE=crc16",
+                                            "-g"};
     Diagnostics diagnostics("kld", [](const std::string&) {});
     try {
         kld(words, diagnostics);

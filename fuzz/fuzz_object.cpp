@@ -22,7 +22,7 @@ using OwnedModule = std::unique_ptr<TOBFModule, Release>;
 
 class NoOutput final : public DumpSections {
 protected:
-    void outputLine(const std::string&, TOBFInsn*) override {}
+    void outputLine(const std::string&, TOBFInsn*) override { }
 };
 
 OwnedModule read(const std::uint8_t* data, std::size_t size, bool keepLocus, bool quickly)

@@ -7,7 +7,7 @@
 /// A range of bytes to read from.
 class HByteStream {
 public:
-    HByteStream(const unsigned char* data, std::size_t size) : m_data(data), m_size(size) {}
+    HByteStream(const unsigned char* data, std::size_t size) : m_data(data), m_size(size) { }
     virtual ~HByteStream() = default;
 
     const unsigned char* data() const { return m_data; }

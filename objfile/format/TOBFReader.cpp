@@ -12,8 +12,10 @@ namespace {
 /// A string that was given an alias number; strings are operands otherwise.
 class TOBFString final : public TOBFObject {
 public:
-    TOBFString(HString* text, std::uint32_t length) :
-        TOBFObject(TOBFKind::String), m_text(text), m_length(length)
+    TOBFString(HString* text, std::uint32_t length)
+        : TOBFObject(TOBFKind::String),
+          m_text(text),
+          m_length(length)
     {
     }
 
@@ -25,19 +27,27 @@ private:
     std::uint32_t m_length;
 };
 
-[[noreturn]] void fail(const char* what) { throw HException(std::string("bad object file: ") + what); }
+[[noreturn]] void fail(const char* what)
+{
+    throw HException(std::string("bad object file: ") + what);
+}
 
 [[noreturn]] void failType(const char* expected)
 {
-    throw HException(std::string("bad object file: operand type error (") + expected + " expected)");
+    throw HException(std::string("bad object file: operand type error (") + expected
+                     + " expected)");
 }
 
 } // namespace
 
-TOBFReader::TOBFReader(const HByteStream* stream, bool keepLocus) :
-    m_begin(stream->data()), m_cursor(stream->data()), m_end(stream->data() + stream->size()),
-    m_keepLocus(keepLocus), m_aliases(stream->size()), m_markers(stream->size()),
-    m_imageBudget(std::uint64_t{stream->size()} * 8)
+TOBFReader::TOBFReader(const HByteStream* stream, bool keepLocus)
+    : m_begin(stream->data()),
+      m_cursor(stream->data()),
+      m_end(stream->data() + stream->size()),
+      m_keepLocus(keepLocus),
+      m_aliases(stream->size()),
+      m_markers(stream->size()),
+      m_imageBudget(std::uint64_t{stream->size()} * 8)
 {
 }
 

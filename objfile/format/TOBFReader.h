@@ -19,8 +19,8 @@ class TOBFFunctionType;
 class TOBFPtrType;
 class TOBFStrucType;
 
-/// Runs an object file, which is a program of one-byte records over an operand stack, and builds the
-/// module that it describes. Everything malformed ends in an HException, and nothing partial is
+/// Runs an object file, which is a program of one-byte records over an operand stack, and builds
+/// the module that it describes. Everything malformed ends in an HException, and nothing partial is
 /// handed out.
 class TOBFReader {
 public:
@@ -80,7 +80,7 @@ private:
     /// those beyond.
     template <typename T> class NumberedObjects {
     public:
-        explicit NumberedObjects(std::size_t dense) : m_limit(dense) {}
+        explicit NumberedObjects(std::size_t dense) : m_limit(dense) { }
         T*& at(std::uint64_t number);
         T* find(std::uint64_t number) const;
 
@@ -167,7 +167,7 @@ private:
     void space();
     void attribute();
     void forwardType();
-    void nothing() {}
+    void nothing() { }
     void setProtected();
     void codelet();
     void struc();

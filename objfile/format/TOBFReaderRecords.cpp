@@ -18,8 +18,8 @@ const TOBFReader::Record* TOBFReader::records()
         it[TAG_LITX] = {"LITX", &R::literalExtended};
         it[TAG_NULL] = {"NULL", &R::null};
         it[TAG_NULL_NULL] = {"NULL_NULL", &R::nullNull};
-        static const char* const binaries[] = {"ADD", "SUB", "MUL", "DIV", "MOD", "AND",
-                                               "OR",  "XOR", "SHL", "SHR", "EQ",  "NE",
+        static const char* const binaries[] = {"ADD", "SUB", "MUL", "DIV", "MOD",  "AND",
+                                               "OR",  "XOR", "SHL", "SHR", "EQ",   "NE",
                                                "GT",  "LT",  "GE",  "LE",  "LAND", "LOR"};
         for (unsigned tag = TAG_ADD; tag <= TAG_LOGICAL_OR; ++tag)
             it[tag] = {binaries[tag - TAG_ADD], &R::binary};
@@ -167,8 +167,8 @@ void TOBFReader::makeStringZ()
     const char* text = m_stringPool + offset;
     const unsigned room = m_stringPoolSize - offset;
     const void* end = std::memchr(text, 0, room);
-    const auto length = end != nullptr ? static_cast<unsigned>(static_cast<const char*>(end) - text)
-                                       : room;
+    const auto length =
+        end != nullptr ? static_cast<unsigned>(static_cast<const char*>(end) - text) : room;
     pushString(offset, length);
 }
 

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <vector>
 
-/// Turns a module into the bytes of the native object format: `module->externalize(&writer, false)`,
-/// then `finish()`, then `data()`.
+/// Turns a module into the bytes of the native object format: `module->externalize(&writer,
+/// false)`, then `finish()`, then `data()`.
 class TOBFWriter {
 public:
     /// A number: one byte from 0 to 7, otherwise LITX with the fewest bytes, of 1 to 8.

@@ -8,8 +8,8 @@
 class SymbolicDebug;
 class TOBFModule;
 
-/// The process-wide cache of object files that have been read, counted by reference. A file that has
-/// changed on disk is read anew; the old module stays for those who hold it.
+/// The process-wide cache of object files that have been read, counted by reference. A file that
+/// has changed on disk is read anew; the old module stays for those who hold it.
 class TOBFfiles {
 public:
     /// Throws HException with "Can't access " and the path if there is no such file, and what the

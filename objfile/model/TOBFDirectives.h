@@ -37,8 +37,9 @@ public:
 /// A copy of the bytes of another section: the image from which start-up code fills that section.
 class TOBFInitInsn final : public TOBFInsn {
 public:
-    TOBFInitInsn(HString* section, TOBFModule* module) :
-        TOBFInsn(TOBFKind::InitInsn), m_sectionName(section)
+    TOBFInitInsn(HString* section, TOBFModule* module)
+        : TOBFInsn(TOBFKind::InitInsn),
+          m_sectionName(section)
     {
         m_module = module;
     }
@@ -48,7 +49,7 @@ public:
     int length() override;
     int getByte(int index) override;
     std::string printString() override;
-    void encode() override {}
+    void encode() override { }
     void externalize(TOBFWriter* writer) override;
 
     /// Finds the named section; null by default, and then the module's own map serves.
@@ -73,30 +74,32 @@ public:
 
     int length() override { return 0; }
     std::string printString() override;
-    void encode() override {}
+    void encode() override { }
     void externalize(TOBFWriter* writer) override;
 };
 
 class TOBFEndLinkIf final : public TOBFInsn {
 public:
-    TOBFEndLinkIf() : TOBFInsn(TOBFKind::EndLinkIf) {}
+    TOBFEndLinkIf() : TOBFInsn(TOBFKind::EndLinkIf) { }
 
     int length() override { return 0; }
     std::string printString() override;
-    void encode() override {}
+    void encode() override { }
     void externalize(TOBFWriter* writer) override;
 };
 
 /// Zero bytes up to the next multiple of the alignment, in bytes.
 class TOBFAlignInsn final : public TOBFInsn {
 public:
-    explicit TOBFAlignInsn(int alignment) : TOBFInsn(TOBFKind::AlignInsn), m_alignment(alignment) {}
+    explicit TOBFAlignInsn(int alignment)
+        : TOBFInsn(TOBFKind::AlignInsn),
+          m_alignment(alignment) { }
 
     int alignment() const { return m_alignment; }
     int length() override;
     int getByte(int) override { return 0; }
     std::string printString() override;
-    void encode() override {}
+    void encode() override { }
     void externalize(TOBFWriter* writer) override;
 
 private:
@@ -106,13 +109,13 @@ private:
 /// What follows stands at this offset from the start of the section's memory.
 class TOBFOriginInsn final : public TOBFInsn {
 public:
-    explicit TOBFOriginInsn(int origin) : TOBFInsn(TOBFKind::OriginInsn), m_origin(origin) {}
+    explicit TOBFOriginInsn(int origin) : TOBFInsn(TOBFKind::OriginInsn), m_origin(origin) { }
 
     int origin() const { return m_origin; }
     int length() override { return 0; }
     int getByte(int) override { return 0; }
     std::string printString() override;
-    void encode() override {}
+    void encode() override { }
     void externalize(TOBFWriter* writer) override;
 
 private:
@@ -121,15 +124,17 @@ private:
 
 class TOBFFillInsn final : public TOBFInsn {
 public:
-    TOBFFillInsn(int count, int fill) :
-        TOBFInsn(TOBFKind::FillInsn), m_count(count), m_fill(static_cast<unsigned char>(fill))
+    TOBFFillInsn(int count, int fill)
+        : TOBFInsn(TOBFKind::FillInsn),
+          m_count(count),
+          m_fill(static_cast<unsigned char>(fill))
     {
     }
 
     int length() override { return m_count; }
     int getByte(int) override { return m_fill; }
     std::string printString() override;
-    void encode() override {}
+    void encode() override { }
     void externalize(TOBFWriter* writer) override;
 
 private:
@@ -140,12 +145,12 @@ private:
 /// The start of a fragment that has an address.
 class TOBFBreakInsn final : public TOBFInsn {
 public:
-    TOBFBreakInsn() : TOBFInsn(TOBFKind::BreakInsn) {}
+    TOBFBreakInsn() : TOBFInsn(TOBFKind::BreakInsn) { }
 
     int length() override { return 0; }
     int getByte(int) override { return 0; }
     std::string printString() override { return {}; }
-    void encode() override {}
+    void encode() override { }
     void markReachable(bool reachable) override { mark(reachable); }
     void externalize(TOBFWriter* writer) override;
 };
@@ -158,7 +163,7 @@ public:
     int length() override;
     int getByte(int) override { return 0; }
     std::string printString() override;
-    void encode() override {}
+    void encode() override { }
     void markReachable(bool reachable) override;
     void externalize(TOBFWriter* writer) override;
 };
@@ -173,17 +178,17 @@ public:
 
     int length() override { return 0; }
     std::string printString() override;
-    void encode() override {}
+    void encode() override { }
     void externalize(TOBFWriter* writer) override;
 };
 
 /// From here on no source position is in force.
 class TOBFResetLocusInsn final : public TOBFInsn {
 public:
-    TOBFResetLocusInsn() : TOBFInsn(TOBFKind::ResetLocusInsn) {}
+    TOBFResetLocusInsn() : TOBFInsn(TOBFKind::ResetLocusInsn) { }
 
     int length() override { return 0; }
     std::string printString() override { return {}; }
-    void encode() override {}
+    void encode() override { }
     void externalize(TOBFWriter* writer) override;
 };

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <utility>
 
-
 namespace {
 
 TOBFValue absolute(std::int64_t value)
@@ -212,8 +211,11 @@ void TOBFMarkerExpr::markReachable(bool reachable)
         m_marker->markReachable(reachable);
 }
 
-TOBFBinaryExpr::TOBFBinaryExpr(int operation, TOBFExpr* left, TOBFExpr* right) :
-    TOBFExpr(TOBFKind::BinaryExpr), m_operation(operation), m_left(left), m_right(right)
+TOBFBinaryExpr::TOBFBinaryExpr(int operation, TOBFExpr* left, TOBFExpr* right)
+    : TOBFExpr(TOBFKind::BinaryExpr),
+      m_operation(operation),
+      m_left(left),
+      m_right(right)
 {
     const std::uint64_t size = std::uint64_t{1} + sizeOf(left) + sizeOf(right);
     m_size = static_cast<std::uint32_t>(std::min<std::uint64_t>(size, UINT32_MAX));

@@ -8,7 +8,8 @@
 class TOBFMarker;
 class TOBFSymbol;
 
-/// An expression over symbols, markers and constants: an operand, a symbol's definition, a location.
+/// An expression over symbols, markers and constants: an operand, a symbol's definition, a
+/// location.
 class TOBFExpr : public TOBFObject {
 public:
     using TOBFObject::TOBFObject;
@@ -27,7 +28,7 @@ public:
 
 class TOBFConstExpr final : public TOBFExpr {
 public:
-    explicit TOBFConstExpr(std::int64_t value) : TOBFExpr(TOBFKind::ConstExpr), m_value(value) {}
+    explicit TOBFConstExpr(std::int64_t value) : TOBFExpr(TOBFKind::ConstExpr), m_value(value) { }
 
     std::int64_t value() const { return m_value; }
     bool isConstant() const override { return true; }
@@ -42,7 +43,7 @@ private:
 
 class TOBFRegisterExpr final : public TOBFExpr {
 public:
-    explicit TOBFRegisterExpr(int number) : TOBFExpr(TOBFKind::RegisterExpr), m_number(number) {}
+    explicit TOBFRegisterExpr(int number) : TOBFExpr(TOBFKind::RegisterExpr), m_number(number) { }
 
     int number() const { return m_number; }
     bool equals(const TOBFExpr* other) const override;

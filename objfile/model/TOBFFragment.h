@@ -11,8 +11,7 @@ class TOBFSection;
 /// A run of items that the linker keeps together: it is placed, or dropped, whole.
 class TOBFFragment final : public TOBFObject {
 public:
-    explicit TOBFFragment(TOBFSection* section) :
-        TOBFObject(TOBFKind::Fragment), m_section(section)
+    explicit TOBFFragment(TOBFSection* section) : TOBFObject(TOBFKind::Fragment), m_section(section)
     {
         finalizeWithPool(this);
     }

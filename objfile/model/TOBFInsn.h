@@ -30,8 +30,8 @@ public:
     /// A byte of the item; 0 behind those that were encoded.
     virtual int getByte(int index) { return index < m_byteCount ? m_bytes[index] : 0; }
     virtual void setPC(long pc) { m_pc = static_cast<std::int32_t>(pc); }
-    /// May replace the item at `position` of its list by others; non-zero if it did. The position is
-    /// then that of the last one inserted.
+    /// May replace the item at `position` of its list by others; non-zero if it did. The position
+    /// is then that of the last one inserted.
     virtual int recode(std::list<TOBFInsn*>& list, std::list<TOBFInsn*>::iterator& position);
     /// Computes the item's bytes.
     virtual void encode() = 0;
@@ -62,12 +62,15 @@ public:
     void clearBytes() { m_byteCount = 0; }
     void appendBytes(const unsigned char* bytes, int count);
     void encodeByte(unsigned value);
-    /// Appends the low `count` bytes of `value`; the most significant first if `bigEndian` (then for
-    /// counts from 1 to 4 only).
+    /// Appends the low `count` bytes of `value`; the most significant first if `bigEndian` (then
+    /// for counts from 1 to 4 only).
     void encodeWord(unsigned value, int count, bool bigEndian);
 
     TOBFExpr* operand(int index) const { return m_operands[static_cast<std::size_t>(index)]; }
-    void setOperand(int index, TOBFExpr* expr) { m_operands[static_cast<std::size_t>(index)] = expr; }
+    void setOperand(int index, TOBFExpr* expr)
+    {
+        m_operands[static_cast<std::size_t>(index)] = expr;
+    }
 
 protected:
     /// What stands before the records of most items: the address and the stack adjustment.
@@ -91,8 +94,9 @@ private:
 /// A machine instruction; the processor's own class gives length, encoding and text.
 class TOBFProcessorInsn : public TOBFInsn {
 public:
-    TOBFProcessorInsn(std::uint32_t opcode, TOBFExpr* first, TOBFExpr* second) :
-        TOBFInsn(TOBFKind::ProcessorInsn), m_opcode(opcode)
+    TOBFProcessorInsn(std::uint32_t opcode, TOBFExpr* first, TOBFExpr* second)
+        : TOBFInsn(TOBFKind::ProcessorInsn),
+          m_opcode(opcode)
     {
         setOperand(0, first);
         setOperand(1, second);

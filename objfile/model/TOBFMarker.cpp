@@ -19,5 +19,6 @@ std::string TOBFFilename::printString()
 std::string TOBFLocus::printString()
 {
     const HString* file = m_filename != nullptr ? m_filename->file() : nullptr;
-    return "\t.LINE\t" + std::to_string(m_line) + ", \"" + (file != nullptr ? file->str() : "") + "\"";
+    return "\t.LINE\t" + std::to_string(m_line) + ", \"" + (file != nullptr ? file->str() : "")
+        + "\"";
 }

@@ -7,7 +7,7 @@ class TOBFSymbol;
 /// A place between items: a label.
 class TOBFMarker : public TOBFInsn {
 public:
-    explicit TOBFMarker(HString* name = nullptr) : TOBFMarker(TOBFKind::Marker, name) {}
+    explicit TOBFMarker(HString* name = nullptr) : TOBFMarker(TOBFKind::Marker, name) { }
 
     /// The symbol that this marker is the definition of, or null.
     TOBFSymbol* symbol() const { return m_symbol; }
@@ -21,7 +21,7 @@ public:
 
     int length() override { return 0; }
     std::string printString() override { return label(); }
-    void encode() override {}
+    void encode() override { }
     void externalize(TOBFWriter* writer) override;
 
 protected:
@@ -38,7 +38,7 @@ private:
 /// The name of a source file.
 class TOBFFilename final : public TOBFMarker {
 public:
-    explicit TOBFFilename(HString* file) : TOBFMarker(TOBFKind::Filename, nullptr), m_file(file) {}
+    explicit TOBFFilename(HString* file) : TOBFMarker(TOBFKind::Filename, nullptr), m_file(file) { }
 
     HString* file() const { return m_file; }
     std::string printString() override;
@@ -52,8 +52,11 @@ private:
 /// (TAG_SYMBOL_LOCUS).
 class TOBFLocus final : public TOBFMarker {
 public:
-    TOBFLocus(TOBFFilename* file, int line, TOBFTag tag) :
-        TOBFMarker(TOBFKind::Locus, nullptr), m_line(line), m_tag(tag), m_filename(file)
+    TOBFLocus(TOBFFilename* file, int line, TOBFTag tag)
+        : TOBFMarker(TOBFKind::Locus, nullptr),
+          m_line(line),
+          m_tag(tag),
+          m_filename(file)
     {
     }
 

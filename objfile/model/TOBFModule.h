@@ -14,8 +14,9 @@ public:
     static constexpr int DefaultPriority = 10;
 
     /// Takes the pool that the module's objects are made in; it goes with the module.
-    explicit TOBFModule(Pool* pool = nullptr) :
-        TOBFScope(TOBFKind::Module, TAG_SCOPE_MODULE), m_pool(pool)
+    explicit TOBFModule(Pool* pool = nullptr)
+        : TOBFScope(TOBFKind::Module, TAG_SCOPE_MODULE),
+          m_pool(pool)
     {
         finalizeWithPool(this);
     }
@@ -42,7 +43,7 @@ public:
     /// Enters a symbol in the public map under its name, in place of one of that name.
     void makePublic(TOBFSymbol* symbol) { m_public[symbol->getName()] = symbol; }
     void makePrivate(TOBFSymbol* symbol) { m_public.erase(symbol->getName()); }
-    void makeExtern(TOBFSymbol*) {}
+    void makeExtern(TOBFSymbol*) { }
     const std::map<HString*, TOBFSymbol*>& publicSymbols() const { return m_public; }
 
     void addLibrary(HString* name) { m_libraries.insert(name); }

@@ -69,7 +69,7 @@ enum class TOBFKind : std::uint8_t {
 /// Root of the object model. Objects live in a pool and are freed with it.
 class TOBFObject : public PoolObject {
 public:
-    explicit TOBFObject(TOBFKind kind) : m_kind(kind) {}
+    explicit TOBFObject(TOBFKind kind) : m_kind(kind) { }
     TOBFObject(const TOBFObject&) = delete;
     TOBFObject& operator=(const TOBFObject&) = delete;
 

@@ -6,7 +6,8 @@
 
 namespace {
 
-template <typename Function> void forEachInsn(std::list<TOBFFragment*>& fragments, Function function)
+template <typename Function>
+void forEachInsn(std::list<TOBFFragment*>& fragments, Function function)
 {
     for (TOBFFragment* fragment : fragments)
         for (TOBFInsn* insn : fragment->insns())
@@ -133,9 +134,8 @@ void TOBFSection::dump(unsigned size, unsigned char* buffer)
 
 TOBFInsn* TOBFSection::findInsnAt(unsigned address)
 {
-    return findInsn(m_fragments, [=](TOBFInsn* insn) {
-        return start(insn) == address && insn->length() > 0;
-    });
+    return findInsn(m_fragments,
+                    [=](TOBFInsn* insn) { return start(insn) == address && insn->length() > 0; });
 }
 
 TOBFInsn* TOBFSection::findInsnInRange(unsigned address)

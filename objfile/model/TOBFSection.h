@@ -6,7 +6,14 @@
 #include <list>
 
 /// What a section holds: bits 0 to 3 of its flags.
-enum class SectionKind : unsigned { Unspecified = 0, Code = 1, Data = 2, Zeroed = 3, Const = 4, Eeprom = 6 };
+enum class SectionKind : unsigned {
+    Unspecified = 0,
+    Code = 1,
+    Data = 2,
+    Zeroed = 3,
+    Const = 4,
+    Eeprom = 6
+};
 
 /// In lower case; empty for kinds without a name.
 const char* sectionKindName(SectionKind kind);

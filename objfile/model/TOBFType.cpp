@@ -65,7 +65,8 @@ void TOBFStaticField::markReachable(bool reachable)
 HString* TOBFSimpleType::getName()
 {
     if (m_name == nullptr)
-        m_name = internName((m_tag == TAG_INT ? "INT(" : "UNSIGNED(") + std::to_string(m_size) + ")");
+        m_name =
+            internName((m_tag == TAG_INT ? "INT(" : "UNSIGNED(") + std::to_string(m_size) + ")");
     return m_name;
 }
 
@@ -80,8 +81,10 @@ HString* TOBFUntypedType::getName() { return m_name != nullptr ? m_name : HStrin
 
 HString* TOBFPtrType::getName() { return internName(nameOf(m_target) + "*"); }
 
-TOBFArrayType::TOBFArrayType(TOBFType* element, int count) :
-    TOBFType(TOBFKind::ArrayType, 0), m_element(element), m_count(count)
+TOBFArrayType::TOBFArrayType(TOBFType* element, int count)
+    : TOBFType(TOBFKind::ArrayType, 0),
+      m_element(element),
+      m_count(count)
 {
     const std::int64_t size = std::int64_t{element->size()} * count;
     m_size = static_cast<std::int32_t>(std::clamp<std::int64_t>(size, INT32_MIN, INT32_MAX));

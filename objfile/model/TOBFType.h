@@ -21,8 +21,9 @@ public:
 /// A member that lives apart from the objects of the structure.
 class TOBFStaticField final : public TOBFField {
 public:
-    TOBFStaticField(HString* name, TOBFExpr* location, TOBFType* type) :
-        TOBFField(TOBFKind::StaticField, name, type), m_location(location)
+    TOBFStaticField(HString* name, TOBFExpr* location, TOBFType* type)
+        : TOBFField(TOBFKind::StaticField, name, type),
+          m_location(location)
     {
     }
 
@@ -38,8 +39,10 @@ private:
 /// that of the type, make an ordinary member; anything else is a bit-field.
 class TOBFDynamicField final : public TOBFField {
 public:
-    TOBFDynamicField(HString* name, int bitOffset, int bitSize, TOBFType* type) :
-        TOBFField(TOBFKind::DynamicField, name, type), m_bitOffset(bitOffset), m_bitSize(bitSize)
+    TOBFDynamicField(HString* name, int bitOffset, int bitSize, TOBFType* type)
+        : TOBFField(TOBFKind::DynamicField, name, type),
+          m_bitOffset(bitOffset),
+          m_bitSize(bitSize)
     {
     }
 
@@ -56,7 +59,7 @@ private:
 /// A debug type. Without a name of its own a type describes itself by getName().
 class TOBFType : public TOBFObject {
 public:
-    TOBFType(TOBFKind kind, int size) : TOBFObject(kind), m_size(size) {}
+    TOBFType(TOBFKind kind, int size) : TOBFObject(kind), m_size(size) { }
 
     virtual TOBFField* findField(HString*) { return nullptr; }
     virtual bool isSimple() const { return false; }
@@ -83,7 +86,7 @@ protected:
 class TOBFSimpleType final : public TOBFType {
 public:
     /// `tag` is TAG_INT for a signed integer, TAG_UNSIGNED or TAG_CHAR for an unsigned one.
-    TOBFSimpleType(TOBFTag tag, int size) : TOBFType(TOBFKind::SimpleType, size), m_tag(tag) {}
+    TOBFSimpleType(TOBFTag tag, int size) : TOBFType(TOBFKind::SimpleType, size), m_tag(tag) { }
 
     TOBFTag tag() const { return m_tag; }
     HString* getName() override;
@@ -96,7 +99,7 @@ private:
 
 class TOBFFloatType final : public TOBFType {
 public:
-    explicit TOBFFloatType(int size) : TOBFType(TOBFKind::FloatType, size) {}
+    explicit TOBFFloatType(int size) : TOBFType(TOBFKind::FloatType, size) { }
 
     HString* getName() override;
     bool isFloat() const override { return true; }
@@ -105,7 +108,7 @@ public:
 
 class TOBFUntypedType final : public TOBFType {
 public:
-    explicit TOBFUntypedType(int size) : TOBFType(TOBFKind::UntypedType, size) {}
+    explicit TOBFUntypedType(int size) : TOBFType(TOBFKind::UntypedType, size) { }
 
     HString* getName() override;
     void externalize(TOBFWriter* writer) override;
@@ -113,7 +116,7 @@ public:
 
 class TOBFPtrType final : public TOBFType {
 public:
-    explicit TOBFPtrType(int size) : TOBFType(TOBFKind::PtrType, size) {}
+    explicit TOBFPtrType(int size) : TOBFType(TOBFKind::PtrType, size) { }
 
     TOBFType* target() const { return m_target; }
     void setTarget(TOBFType* target) { m_target = target; }
@@ -146,9 +149,11 @@ private:
 
 class TOBFCountedArrayType final : public TOBFType {
 public:
-    TOBFCountedArrayType(TOBFType* countType, TOBFType* element, int count) :
-        TOBFType(TOBFKind::CountedArrayType, element->size()), m_countType(countType),
-        m_count(count), m_element(element)
+    TOBFCountedArrayType(TOBFType* countType, TOBFType* element, int count)
+        : TOBFType(TOBFKind::CountedArrayType, element->size()),
+          m_countType(countType),
+          m_count(count),
+          m_element(element)
     {
     }
 
@@ -166,8 +171,10 @@ private:
 /// A type in a memory space, which is what the tag (TAG_MEMSPACE_FIRST to TAG_MEMSPACE_LAST) tells.
 class TOBFQualifiedType final : public TOBFType {
 public:
-    TOBFQualifiedType(TOBFType* base, TOBFTag tag) :
-        TOBFType(TOBFKind::QualifiedType, base->size()), m_base(base), m_tag(tag)
+    TOBFQualifiedType(TOBFType* base, TOBFTag tag)
+        : TOBFType(TOBFKind::QualifiedType, base->size()),
+          m_base(base),
+          m_tag(tag)
     {
         setName(base->name());
     }
@@ -206,8 +213,8 @@ class TOBFFunctionType : public TOBFType {
 public:
     /// `savedOffset`: bytes from the return address slot up to the registers that the function
     /// saved. `savedMask`: those registers, bit n for register n. The first number is carried only.
-    TOBFFunctionType(int number, int savedOffset, int savedMask) :
-        TOBFFunctionType(TOBFKind::FunctionType)
+    TOBFFunctionType(int number, int savedOffset, int savedMask)
+        : TOBFFunctionType(TOBFKind::FunctionType)
     {
         m_number = number;
         m_savedOffset = savedOffset;
@@ -233,7 +240,7 @@ public:
     void externalize(TOBFWriter* writer) override;
 
 protected:
-    explicit TOBFFunctionType(TOBFKind kind) : TOBFType(kind, 0) {}
+    explicit TOBFFunctionType(TOBFKind kind) : TOBFType(kind, 0) { }
 
     void externalizeSymbols(TOBFWriter* writer);
 
@@ -247,8 +254,9 @@ protected:
 
 class TOBFMemberFunctionType final : public TOBFFunctionType {
 public:
-    explicit TOBFMemberFunctionType(TOBFType* classType) :
-        TOBFFunctionType(TOBFKind::MemberFunctionType), m_class(classType)
+    explicit TOBFMemberFunctionType(TOBFType* classType)
+        : TOBFFunctionType(TOBFKind::MemberFunctionType),
+          m_class(classType)
     {
         finalizeWithPool(this);
     }

@@ -5,38 +5,84 @@
 #include <span>
 
 /// The one table of MSP430 and MSP430X instructions, read by whatever decodes or encodes them.
-/// Encodings and cycle counts: MSP430x2xx (SLAU144) and MSP430x5xx (SLAU208) family guides, chapters
-/// "CPU" and "CPUX".
+/// Encodings and cycle counts: MSP430x2xx (SLAU144) and MSP430x5xx (SLAU208) family guides,
+/// chapters "CPU" and "CPUX".
 
 /// How an instruction word is laid out.
 enum class MSP430Format : std::uint8_t {
-    TwoOperand,   ///< opcode 15..12, source 11..8, destination mode 7, byte 6, source mode 5..4, destination 3..0
-    OneOperand,   ///< byte 6, mode 5..4, register 3..0
-    Jump,         ///< signed word offset 9..0
-    Multiple,     ///< PUSHM, POPM: count - 1 in 7..4, register 3..0
-    Rotate,       ///< count - 1 in 11..10, register 3..0
-    AddressMove,  ///< source 11..8, destination 3..0; some with a second word
-    CallAddress,  ///< CALLA forms that hold bits 19..16 of an address in 3..0
-    NoOperand,    ///< RETI
+    TwoOperand,  ///< opcode 15..12, source 11..8, destination mode 7, byte 6, source mode 5..4,
+                 ///< destination 3..0
+    OneOperand,  ///< byte 6, mode 5..4, register 3..0
+    Jump,        ///< signed word offset 9..0
+    Multiple,    ///< PUSHM, POPM: count - 1 in 7..4, register 3..0
+    Rotate,      ///< count - 1 in 11..10, register 3..0
+    AddressMove, ///< source 11..8, destination 3..0; some with a second word
+    CallAddress, ///< CALLA forms that hold bits 19..16 of an address in 3..0
+    NoOperand,   ///< RETI
 };
 
 /// What an instruction does. The two-operand ones stand in the order of their opcodes 4 to 15.
 enum class MSP430Operation : std::uint8_t {
-    Unsupported, Extension,
-    Mov, Add, Addc, Subc, Sub, Cmp, Dadd, Bit, Bic, Bis, Xor, And,
-    Rrc, Swpb, Rra, Sxt, Push, Call, Reti,
-    CallaSource, CallaAbsolute, CallaRelative, CallaImmediate,
-    Jne, Jeq, Jnc, Jc, Jn, Jge, Jl, Jmp,
-    PushmA, PushmW, PopmA, PopmW,
-    MovaIndirect, MovaIncrement, MovaFromAbsolute, MovaFromIndexed,
-    MovaToAbsolute, MovaToIndexed,
-    MovaImmediate, CmpaImmediate, AddaImmediate, SubaImmediate,
-    Mova, Cmpa, Adda, Suba,
-    Rrcm, Rram, Rlam, Rrum,
+    Unsupported,
+    Extension,
+    Mov,
+    Add,
+    Addc,
+    Subc,
+    Sub,
+    Cmp,
+    Dadd,
+    Bit,
+    Bic,
+    Bis,
+    Xor,
+    And,
+    Rrc,
+    Swpb,
+    Rra,
+    Sxt,
+    Push,
+    Call,
+    Reti,
+    CallaSource,
+    CallaAbsolute,
+    CallaRelative,
+    CallaImmediate,
+    Jne,
+    Jeq,
+    Jnc,
+    Jc,
+    Jn,
+    Jge,
+    Jl,
+    Jmp,
+    PushmA,
+    PushmW,
+    PopmA,
+    PopmW,
+    MovaIndirect,
+    MovaIncrement,
+    MovaFromAbsolute,
+    MovaFromIndexed,
+    MovaToAbsolute,
+    MovaToIndexed,
+    MovaImmediate,
+    CmpaImmediate,
+    AddaImmediate,
+    SubaImmediate,
+    Mova,
+    Cmpa,
+    Adda,
+    Suba,
+    Rrcm,
+    Rram,
+    Rlam,
+    Rrum,
 };
 
 struct MSP430Instruction {
-    const char* mnemonic; ///< upper case, without a size suffix unless the size is part of the opcode
+    const char*
+        mnemonic; ///< upper case, without a size suffix unless the size is part of the opcode
     std::uint16_t opcode; ///< the fixed bits
     std::uint16_t mask;   ///< which bits are fixed
     MSP430Format format;
@@ -127,7 +173,8 @@ inline MSP430Operation msp430OperationOf(unsigned word)
 
 /// Cycles of a two-operand instruction.
 /// @param sourceMode 0 register or constant, 1 indexed, 2 indirect, 3 indirect with increment
-inline unsigned msp430TwoOperandCycles(int sourceMode, bool destinationIsMemory, bool destinationIsPC)
+inline unsigned msp430TwoOperandCycles(int sourceMode, bool destinationIsMemory,
+                                       bool destinationIsPC)
 {
     static constexpr std::uint8_t cycles[4][3] = {{1, 2, 4}, {3, 3, 6}, {2, 3, 5}, {2, 3, 5}};
     return cycles[sourceMode & 3][destinationIsMemory ? 2 : destinationIsPC ? 1 : 0];
@@ -136,9 +183,15 @@ inline unsigned msp430TwoOperandCycles(int sourceMode, bool destinationIsMemory,
 /// Cycles of RRC, SWPB, RRA and SXT.
 inline unsigned msp430ShiftCycles(int mode) { return mode == 0 ? 1 : mode == 1 ? 4 : 3; }
 
-inline unsigned msp430PushCycles(int sourceMode) { return sourceMode == 0 ? 3 : sourceMode == 1 ? 5 : 4; }
+inline unsigned msp430PushCycles(int sourceMode)
+{
+    return sourceMode == 0 ? 3 : sourceMode == 1 ? 5 : 4;
+}
 
-inline unsigned msp430CallCycles(int sourceMode) { return sourceMode == 0 || sourceMode == 2 ? 4 : 5; }
+inline unsigned msp430CallCycles(int sourceMode)
+{
+    return sourceMode == 0 || sourceMode == 2 ? 4 : 5;
+}
 
 inline constexpr unsigned msp430JumpCycles = 2;
 inline constexpr unsigned msp430RetiCycles = 5;

@@ -49,8 +49,8 @@ bool isPlainConstant(const TOBFValue& value) { return !value.failed && value.cod
 } // namespace
 
 TOBFMSP430Insn::TOBFMSP430Insn(std::uint32_t opcode, TOBFExpr* first, TOBFExpr* second,
-                               bool optimise) :
-    TOBFProcessorInsn(opcode, first, second)
+                               bool optimise)
+    : TOBFProcessorInsn(opcode, first, second)
 {
     if (optimise)
         selectConstant();
@@ -72,9 +72,9 @@ void TOBFMSP430Insn::selectConstant()
         m_opcode -= 0x10;
     } else if (formatI() && operand(0) != nullptr && (m_opcode & 0xF30) == 0x30) {
         selectGenerated(0xF30, SourceAllOnes, sourceConstants);
-    } else if (formatII() && operand(0) != nullptr && !hasExtension() && (m_opcode & 0x3F) == 0x30) {
-        selectGenerated(0x3F, OperandAllOnes,
-                        std::span(operandConstants).first(g_msp430x ? 5 : 3));
+    } else if (formatII() && operand(0) != nullptr && !hasExtension()
+               && (m_opcode & 0x3F) == 0x30) {
+        selectGenerated(0x3F, OperandAllOnes, std::span(operandConstants).first(g_msp430x ? 5 : 3));
     }
 }
 

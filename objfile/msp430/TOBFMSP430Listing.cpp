@@ -21,7 +21,10 @@ std::string regName(unsigned number)
     return number < 3 ? special[number] : "R" + std::to_string(number);
 }
 
-std::string text(TOBFExpr* expr) { return expr != nullptr ? expr->printString() : std::string("?"); }
+std::string text(TOBFExpr* expr)
+{
+    return expr != nullptr ? expr->printString() : std::string("?");
+}
 
 } // namespace
 
@@ -127,7 +130,8 @@ std::string TOBFMSP430Insn::printPushPop() const
     const unsigned first = word() & 0xF;
     const unsigned more = word() >> 4 & 0xF;
     const unsigned last = form < 2 ? first - more : first + more;
-    return std::string("\t") + pushPopNames[form] + "\t" + regName(first) + "-" + regName(last & 0xF);
+    return std::string("\t") + pushPopNames[form] + "\t" + regName(first) + "-"
+        + regName(last & 0xF);
 }
 
 std::string TOBFMSP430Insn::printAddressForm() const

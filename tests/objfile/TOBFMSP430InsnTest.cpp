@@ -1,15 +1,18 @@
+#include "objfile/msp430/TOBFMSP430Insn.h"
 #include "objfile/model/TOBFExpr.h"
 #include "objfile/model/TOBFMarker.h"
 #include "objfile/model/TOBFSection.h"
 #include "objfile/model/TOBFSymbol.h"
-#include "objfile/msp430/TOBFMSP430Insn.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
 TOBFExpr* number(std::int64_t value) { return new TOBFConstExpr(value); }
-TOBFExpr* symbol(const char* name) { return new TOBFSymbolExpr(new TOBFSymbol(HString::intern(name))); }
+TOBFExpr* symbol(const char* name)
+{
+    return new TOBFSymbolExpr(new TOBFSymbol(HString::intern(name)));
+}
 
 class MSP430Insn : public testing::Test {
 protected:
@@ -34,15 +37,27 @@ TEST_F(MSP430Insn, ImmediatesTakeTheConstantGenerator)
         std::int64_t value;
         std::uint32_t result;
     } cases[] = {
-        {0x4035, 0, 0x4305}, {0x4035, 1, 0x4315}, {0x4035, 2, 0x4325}, {0x4035, 4, 0x4225},
-        {0x4035, 8, 0x4235}, {0x4035, -1, 0x4335}, {0x4035, 0xFFFF, 0x4335}, {0x4035, 3, 0x4035},
-        {0x4075, 0xFF, 0x4375}, {0x4075, 0x100, 0x4345}, {0x4035, 0xFF, 0x4035},
-        {0x18404075, 0xFFFF, 0x18404375},   // .B with an extension word
-        {0x18404035, 0xFFFF, 0x18404335},   // .W
-        {0x18004075, 0xFFFFF, 0x18004375},  // .A
+        {0x4035, 0, 0x4305},
+        {0x4035, 1, 0x4315},
+        {0x4035, 2, 0x4325},
+        {0x4035, 4, 0x4225},
+        {0x4035, 8, 0x4235},
+        {0x4035, -1, 0x4335},
+        {0x4035, 0xFFFF, 0x4335},
+        {0x4035, 3, 0x4035},
+        {0x4075, 0xFF, 0x4375},
+        {0x4075, 0x100, 0x4345},
+        {0x4035, 0xFF, 0x4035},
+        {0x18404075, 0xFFFF, 0x18404375},  // .B with an extension word
+        {0x18404035, 0xFFFF, 0x18404335},  // .W
+        {0x18004075, 0xFFFFF, 0x18004375}, // .A
         {0x18004075, 0xFFFF, 0x18004075},
-        {0x1230, 0, 0x1203}, {0x1230, 1, 0x1213}, {0x1230, 2, 0x1223}, {0x1230, -1, 0x1233},
-        {0x1230, 4, 0x1230}, {0x1230, 8, 0x1230}, // left alone on the original core
+        {0x1230, 0, 0x1203},
+        {0x1230, 1, 0x1213},
+        {0x1230, 2, 0x1223},
+        {0x1230, -1, 0x1233},
+        {0x1230, 4, 0x1230},
+        {0x1230, 8, 0x1230}, // left alone on the original core
     };
     for (const auto& it : cases) {
         const TOBFMSP430Insn insn(it.opcode, number(it.value), nullptr, true);
@@ -70,11 +85,12 @@ TEST_F(MSP430Insn, Lengths)
         std::uint32_t opcode;
         int operands, length;
     } cases[] = {
-        {0x4506, 0, 2}, {0x4036, 1, 4}, {0x40B2, 2, 6}, {0x2000, 1, 2}, {0x1300, 0, 2},
+        {0x4506, 0, 2},     {0x4036, 1, 4},     {0x40B2, 2, 6},     {0x2000, 1, 2}, {0x1300, 0, 2},
         {0x18404506, 0, 4}, {0x180040F2, 2, 8}, {0x00800080, 1, 6}, {0x12B0, 1, 4}, {0x0080, 1, 4},
     };
     for (const auto& it : cases) {
-        TOBFMSP430Insn insn(it.opcode, it.operands > 0 ? number(5) : nullptr, it.operands > 1 ? number(6) : nullptr, false);
+        TOBFMSP430Insn insn(it.opcode, it.operands > 0 ? number(5) : nullptr,
+                            it.operands > 1 ? number(6) : nullptr, false);
         EXPECT_EQ(insn.length(), it.length) << std::hex << it.opcode;
     }
 }
@@ -110,10 +126,11 @@ TEST_F(MSP430Insn, Encodings)
         {0x05C6, nullptr, nullptr, 0x1000, "C605"},
         {0x180040F2, number(0x12345), number(0x6789A), 0x1000, "8618F24045239A78"},
         {0x18404506, nullptr, nullptr, 0x1000, "40180645"},
-        
+
     };
     for (const auto& it : cases) {
-        EXPECT_EQ(encoded(it.opcode, it.first, it.second, it.pc), it.bytes) << std::hex << it.opcode;
+        EXPECT_EQ(encoded(it.opcode, it.first, it.second, it.pc), it.bytes)
+            << std::hex << it.opcode;
     }
 }
 
@@ -166,10 +183,8 @@ TEST_F(Relaxation, JumpsOutOfReachBecomeBranches)
         const char* result;
         int estimated;
     } cases[] = {
-        {0x3C00, "4030", 4},
-        {0x3000, "30003C00:3C00:", 8},
-        {0x2000, "24003C00:", 6}, {0x2400, "20003C00:", 6},
-        {0x2800, "2C003C00:", 6}, {0x2C00, "28003C00:", 6},
+        {0x3C00, "4030", 4},      {0x3000, "30003C00:3C00:", 8}, {0x2000, "24003C00:", 6},
+        {0x2400, "20003C00:", 6}, {0x2800, "2C003C00:", 6},      {0x2C00, "28003C00:", 6},
         {0x3400, "38003C00:", 6}, {0x3800, "34003C00:", 6},
     };
     for (const auto& it : cases) {
@@ -223,10 +238,14 @@ TEST_F(MSP430Insn, ListingTexts)
         {0x1300, nullptr, nullptr, "\tRETI"},
         {0x1425, nullptr, nullptr, "\tPUSHM.A\tR5-R3"},
         {0x1723, nullptr, nullptr, "\tPOPM.W\tR3-R5"},
-        {0x2000, symbol("l"), nullptr, "\tJNZ\tl"}, {0x2400, symbol("l"), nullptr, "\tJZ\tl"},
-        {0x2800, symbol("l"), nullptr, "\tJNC\tl"}, {0x2C00, symbol("l"), nullptr, "\tJC\tl"},
-        {0x3000, symbol("l"), nullptr, "\tJN\tl"}, {0x3400, symbol("l"), nullptr, "\tJGE\tl"},
-        {0x3800, symbol("l"), nullptr, "\tJL\tl"}, {0x3C00, symbol("l"), nullptr, "\tJMP\tl"},
+        {0x2000, symbol("l"), nullptr, "\tJNZ\tl"},
+        {0x2400, symbol("l"), nullptr, "\tJZ\tl"},
+        {0x2800, symbol("l"), nullptr, "\tJNC\tl"},
+        {0x2C00, symbol("l"), nullptr, "\tJC\tl"},
+        {0x3000, symbol("l"), nullptr, "\tJN\tl"},
+        {0x3400, symbol("l"), nullptr, "\tJGE\tl"},
+        {0x3800, symbol("l"), nullptr, "\tJL\tl"},
+        {0x3C00, symbol("l"), nullptr, "\tJMP\tl"},
         {0x13B0, symbol("f"), nullptr, "\tCALLA\t#f"},
         {0x0110, nullptr, nullptr, "\tRETA"},
         {0x0085, symbol("x"), nullptr, "\tMOVA\t#x, R5"},

@@ -28,31 +28,21 @@ TEST_F(TOBFExpression, OperationsFoldConstants)
         int operation;
         std::int64_t left, right, result;
     } cases[] = {
-        {TAG_ADD, 2, 3, 5},
-        {TAG_ADD, INT64_MAX, 1, INT64_MIN},
-        {TAG_SUB, 2, 3, -1},
-        {TAG_MUL, -4, 3, -12},
-        {TAG_DIV, -7, 2, -3},
-        {TAG_DIV, INT64_MIN, -1, INT64_MIN},
-        {TAG_MOD, -7, 2, -1},
-        {TAG_MOD, INT64_MIN, -1, 0},
-        {TAG_AND, 0xF0, 0x3C, 0x30},
-        {TAG_OR, 0xF0, 0x0C, 0xFC},
-        {TAG_XOR, 0xF0, 0x3C, 0xCC},
-        {TAG_SHL, 1, 65, 2},
-        {TAG_SHR, -1, 60, 15},
-        {TAG_ASHR, -16, 2, -4},
-        {TAG_EQ, 3, 3, 1},
-        {TAG_NE, 3, 3, 0},
-        {TAG_GT, -1, 1, 0},
-        {TAG_LT, -1, 1, 1},
-        {TAG_GE, 1, 1, 1},
-        {TAG_LE, 2, 1, 0},
-        {TAG_LOGICAL_AND, 2, 4, 1},
-        {TAG_LOGICAL_OR, 0, 0, 0},
+        {TAG_ADD, 2, 3, 5},          {TAG_ADD, INT64_MAX, 1, INT64_MIN},
+        {TAG_SUB, 2, 3, -1},         {TAG_MUL, -4, 3, -12},
+        {TAG_DIV, -7, 2, -3},        {TAG_DIV, INT64_MIN, -1, INT64_MIN},
+        {TAG_MOD, -7, 2, -1},        {TAG_MOD, INT64_MIN, -1, 0},
+        {TAG_AND, 0xF0, 0x3C, 0x30}, {TAG_OR, 0xF0, 0x0C, 0xFC},
+        {TAG_XOR, 0xF0, 0x3C, 0xCC}, {TAG_SHL, 1, 65, 2},
+        {TAG_SHR, -1, 60, 15},       {TAG_ASHR, -16, 2, -4},
+        {TAG_EQ, 3, 3, 1},           {TAG_NE, 3, 3, 0},
+        {TAG_GT, -1, 1, 0},          {TAG_LT, -1, 1, 1},
+        {TAG_GE, 1, 1, 1},           {TAG_LE, 2, 1, 0},
+        {TAG_LOGICAL_AND, 2, 4, 1},  {TAG_LOGICAL_OR, 0, 0, 0},
     };
     for (const auto& it : cases) {
-        const TOBFExpr* made = TOBFBinaryExpr::make(it.operation, number(it.left), number(it.right));
+        const TOBFExpr* made =
+            TOBFBinaryExpr::make(it.operation, number(it.left), number(it.right));
         ASSERT_TRUE(made->isConstant()) << it.operation;
         EXPECT_EQ(made->evaluate().value, it.result) << it.operation;
     }
@@ -63,7 +53,8 @@ TEST_F(TOBFExpression, DivisionByZeroIsKeptAndFails)
     const TOBFExpr* quotient = TOBFBinaryExpr::make(TAG_DIV, number(1), number(0));
     EXPECT_FALSE(quotient->isConstant());
     EXPECT_EQ(quotient->evaluate().message, "division by zero");
-    EXPECT_EQ(TOBFBinaryExpr::make(TAG_MOD, number(1), number(0))->evaluate().message, "modulus by zero");
+    EXPECT_EQ(TOBFBinaryExpr::make(TAG_MOD, number(1), number(0))->evaluate().message,
+              "modulus by zero");
 }
 
 TEST_F(TOBFExpression, SumsCollectTheirConstants)
@@ -86,7 +77,8 @@ TEST_F(TOBFExpression, FailuresSayWhatIsMissing)
     // The definition holds a reference of its own, which is the one found to go round.
     EXPECT_EQ(TOBFSymbolExpr(symbol).evaluate().message, "circular reference to x");
     EXPECT_EQ(TOBFMarkerExpr(new TOBFMarker).evaluate().message, "forward reference to label");
-    EXPECT_EQ(TOBFMarkerExpr(new TOBFMarker(name("l"))).evaluate().message, "forward reference to label l");
+    EXPECT_EQ(TOBFMarkerExpr(new TOBFMarker(name("l"))).evaluate().message,
+              "forward reference to label l");
 }
 
 TEST_F(TOBFExpression, TheSectionFollowsTheOperation)
@@ -103,15 +95,16 @@ TEST_F(TOBFExpression, TheSectionFollowsTheOperation)
         int operation;
         TOBFSection *left, *right, *result;
     } cases[] = {
-        {TAG_ADD, a, nullptr, a}, {TAG_ADD, nullptr, b, b}, {TAG_ADD, a, b, a},
-        {TAG_SUB, a, nullptr, a}, {TAG_SUB, nullptr, b, b}, {TAG_SUB, a, b, nullptr},
-        {TAG_MUL, a, nullptr, a}, {TAG_MUL, a, b, nullptr}, {TAG_MUL, nullptr, b, nullptr},
+        {TAG_ADD, a, nullptr, a},       {TAG_ADD, nullptr, b, b}, {TAG_ADD, a, b, a},
+        {TAG_SUB, a, nullptr, a},       {TAG_SUB, nullptr, b, b}, {TAG_SUB, a, b, nullptr},
+        {TAG_MUL, a, nullptr, a},       {TAG_MUL, a, b, nullptr}, {TAG_MUL, nullptr, b, nullptr},
         {TAG_AND, a, nullptr, nullptr},
     };
     for (const auto& it : cases) {
         TOBFExpr* left = it.left != nullptr ? static_cast<TOBFExpr*>(in(it.left, 6)) : number(6);
         TOBFExpr* right = it.right != nullptr ? static_cast<TOBFExpr*>(in(it.right, 2)) : number(2);
-        EXPECT_EQ(TOBFBinaryExpr::make(it.operation, left, right)->evaluate().section, it.result) << it.operation;
+        EXPECT_EQ(TOBFBinaryExpr::make(it.operation, left, right)->evaluate().section, it.result)
+            << it.operation;
     }
     const TOBFExpr* word = TOBFBinaryExpr::make(TAG_WORD_ADDRESS, in(a, 6), number(0));
     EXPECT_EQ(word->evaluate().value, 3);
@@ -196,7 +189,8 @@ TEST_F(TOBFItems, SectionsMeasureTheirPlacedBytes)
     unsigned char bytes[10];
     std::memset(bytes, 0xFF, sizeof bytes);
     section.dump(sizeof bytes, bytes);
-    EXPECT_EQ(std::string(reinterpret_cast<char*>(bytes), 10), "\xAA\xAA\xAA\xAA\xFF\xFF\xFF\xFF\xBB\xBB");
+    EXPECT_EQ(std::string(reinterpret_cast<char*>(bytes), 10),
+              "\xAA\xAA\xAA\xAA\xFF\xFF\xFF\xFF\xBB\xBB");
     EXPECT_EQ(section.findInsnAt(0x208), behind);
     EXPECT_EQ(section.findInsnAt(0x209), nullptr);
     EXPECT_EQ(section.findInsnInRange(0x203), fill);

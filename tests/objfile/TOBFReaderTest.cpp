@@ -31,23 +31,45 @@ TEST(TOBFReader, FailuresHaveTheirMessages)
         {"bad object file: alias not defined", {0x00, 0x26, 0x03, TAG_ALIAS}},
         {"bad object file: alias defined more than once",
          {0x00, 0x26, 0x01, 0x00, TAG_MKALIAS, 0x01, 0x00, TAG_MKALIAS}},
-        {"bad object file: no defined section", text().module().number(0).number(1).tag(TAG_DEFBYTES).bytes()},
+        {"bad object file: no defined section",
+         text().module().number(0).number(1).tag(TAG_DEFBYTES).bytes()},
         {"bad object file: no defined section", text().module().tag(TAG_BREAK).bytes()},
-        {"bad object file: no instruction defined", text().module().section("S").string("x").tag(TAG_SETBYTES).bytes()},
-        {"bad object file: no instruction defined", text().module().section("S").number(1).tag(TAG_INSTRUMENTATION_DATA).bytes()},
-        {"bad object file: operand type error (constant expression expected)", text().module().tag(TAG_NULL).tag(TAG_SETPC).bytes()},
-        {"bad object file: operand value error (constant out of range)", text().module().section("S").number(0).number(5).tag(TAG_DEFBYTES).bytes()},
-        {"bad object file: operand value error (constant out of range)", text().number(1).number(0).tag(TAG_MKSTRING).bytes()},
-        {"bad object file: operand value error (constant out of range)", {0x08, 0x04, 0x01, 0x00, 0x00, 0x00, 0x26}},
-        {"bad object file: operand type error (expression expected)", text().tag(TAG_NULL).number(1).tag(TAG_ADD).bytes()},
-        {"bad object file: operand type error (scope expected)", text().number(1).string("s").tag(TAG_MKSYMBOL).tag(TAG_SETSCOPE).bytes()},
-        {"bad object file: operand type error (string expected)", text().number(1).tag(TAG_MKSYMBOL).bytes()},
-        {"bad object file: operand type error (section expected)", text().number(1).tag(TAG_SECTION).bytes()},
-        {"bad object file: operand type error (type expected)", text().number(1).number(2).tag(TAG_ARRAY).bytes()},
+        {"bad object file: no instruction defined",
+         text().module().section("S").string("x").tag(TAG_SETBYTES).bytes()},
+        {"bad object file: no instruction defined",
+         text().module().section("S").number(1).tag(TAG_INSTRUMENTATION_DATA).bytes()},
+        {"bad object file: operand type error (constant expression expected)",
+         text().module().tag(TAG_NULL).tag(TAG_SETPC).bytes()},
+        {"bad object file: operand value error (constant out of range)",
+         text().module().section("S").number(0).number(5).tag(TAG_DEFBYTES).bytes()},
+        {"bad object file: operand value error (constant out of range)",
+         text().number(1).number(0).tag(TAG_MKSTRING).bytes()},
+        {"bad object file: operand value error (constant out of range)",
+         {0x08, 0x04, 0x01, 0x00, 0x00, 0x00, 0x26}},
+        {"bad object file: operand type error (expression expected)",
+         text().tag(TAG_NULL).number(1).tag(TAG_ADD).bytes()},
+        {"bad object file: operand type error (scope expected)",
+         text().number(1).string("s").tag(TAG_MKSYMBOL).tag(TAG_SETSCOPE).bytes()},
+        {"bad object file: operand type error (string expected)",
+         text().number(1).tag(TAG_MKSYMBOL).bytes()},
+        {"bad object file: operand type error (section expected)",
+         text().number(1).tag(TAG_SECTION).bytes()},
+        {"bad object file: operand type error (type expected)",
+         text().number(1).number(2).tag(TAG_ARRAY).bytes()},
         {"operand type error: symbol expected", text().number(1).tag(TAG_SYMBOLVAL).bytes()},
-        {"bad object file: operand type error (file expected)", text().module().section("S").number(1).number(2).tag(TAG_LOCUS).bytes()},
+        {"bad object file: operand type error (file expected)",
+         text().module().section("S").number(1).number(2).tag(TAG_LOCUS).bytes()},
         {"bad object file: operand type error (structure expected)",
-         text().number(2).tag(TAG_INT).string("f").number(0).number(16).number(2).tag(TAG_INT).tag(TAG_DYNAMIC_FIELD).bytes()},
+         text()
+             .number(2)
+             .tag(TAG_INT)
+             .string("f")
+             .number(0)
+             .number(16)
+             .number(2)
+             .tag(TAG_INT)
+             .tag(TAG_DYNAMIC_FIELD)
+             .bytes()},
         {"bad object file: operand type error (function type expected)",
          text().number(2).tag(TAG_INT).string("p").tag(TAG_MKSYMBOL).tag(TAG_PARAMIN).bytes()},
         {"bad object file: operand type error (pointer expected)",
@@ -69,15 +91,24 @@ TEST(TOBFReader, TheStackHoldsAHundred)
 TEST(TOBFReader, HostileNumbersTakeNoMemory)
 {
     // An alias number of 2^60 is a number like any other.
-    EXPECT_EQ(readFailure(ObjectText().number(1).number(std::int64_t{1} << 60).tag(TAG_MKALIAS).bytes()),
-              "(read)");
+    EXPECT_EQ(
+        readFailure(ObjectText().number(1).number(std::int64_t{1} << 60).tag(TAG_MKALIAS).bytes()),
+        "(read)");
     // One of the numbers in between was never given.
-    EXPECT_EQ(readFailure(ObjectText().number(1).number(1000).tag(TAG_MKALIAS).number(999).tag(TAG_ALIAS).bytes()),
+    EXPECT_EQ(readFailure(ObjectText()
+                              .number(1)
+                              .number(1000)
+                              .tag(TAG_MKALIAS)
+                              .number(999)
+                              .tag(TAG_ALIAS)
+                              .bytes()),
               "bad object file: alias not defined");
     // A pool of 16 MB in a file of ten bytes.
-    EXPECT_EQ(readFailure({0x08, 0x03, 0xFF, 0xFF, 0xFF, 0x26, 1, 2, 3, 4}), "premature end of TOBF file");
+    EXPECT_EQ(readFailure({0x08, 0x03, 0xFF, 0xFF, 0xFF, 0x26, 1, 2, 3, 4}),
+              "premature end of TOBF file");
     // More than eight bytes of a number push the first ones out.
-    EXPECT_EQ(readFailure({0x00, 0x26, 0x08, 0x09, 0xFF, 0, 0, 0, 0, 0, 0, 0, 1, TAG_DROP}), "(read)");
+    EXPECT_EQ(readFailure({0x00, 0x26, 0x08, 0x09, 0xFF, 0, 0, 0, 0, 0, 0, 0, 1, TAG_DROP}),
+              "(read)");
 }
 
 TEST(TOBFReader, NestingEndsInAMessage)
@@ -119,7 +150,12 @@ TEST(TOBFReader, SymbolsDefinedByEachOtherEvaluateToAFailure)
 TEST(TOBFReader, ReadsAQuickOneOnlyUpToTheInformation)
 {
     ObjectText text;
-    text.module().string("dependencies").string("a.c;b.h").tag(TAG_ATTRIBUTE).string("m").tag(TAG_LIBRARY);
+    text.module()
+        .string("dependencies")
+        .string("a.c;b.h")
+        .tag(TAG_ATTRIBUTE)
+        .string("m")
+        .tag(TAG_LIBRARY);
     text.tag(TAG_END_OF_INFO).tag(0xFF).tag(0xFF);
     const OwnedModule module = readObject(text.bytes(), true, true);
     ASSERT_NE(module, nullptr);
@@ -207,7 +243,9 @@ Bytes everyRecord()
     section->addInsn(marker);
     section->addInsn(new TOBFLocus(file, 5, TAG_LOCUS));
     TOBFExpr* const target = new TOBFSymbolExpr(undefined);
-    const auto plus = [&](TOBFExpr* it, int n) { return TOBFBinaryExpr::make(TAG_ADD, it, new TOBFConstExpr(n)); };
+    const auto plus = [&](TOBFExpr* it, int n) {
+        return TOBFBinaryExpr::make(TAG_ADD, it, new TOBFConstExpr(n));
+    };
     section->addInsn(new TOBFDefBytesInsn(plus(target, 300), 2));
     section->addInsn(new TOBFDefAddrInsn(target));
     section->addInsn(new TOBFLinkIf(target));
@@ -241,13 +279,16 @@ Bytes everyRecord()
     structure->addField(new TOBFDynamicField(name("next"), 0, 16, pointer));
     structure->addField(new TOBFDynamicField(name("bits"), 16, 3, integer));
     structure->addField(new TOBFStaticField(name("count"), target, integer));
-    structure->addField(new TOBFDynamicField(name("far"), 32, 16, new TOBFQualifiedType(integer, static_cast<TOBFTag>(0x6B))));
+    structure->addField(new TOBFDynamicField(
+        name("far"), 32, 16, new TOBFQualifiedType(integer, static_cast<TOBFTag>(0x6B))));
     structure->addField(new TOBFDynamicField(name("array"), 48, 16, new TOBFArrayType(real, 3)));
-    structure->addField(new TOBFDynamicField(name("counted"), 48, 16, new TOBFCountedArrayType(integer, real, 3)));
+    structure->addField(
+        new TOBFDynamicField(name("counted"), 48, 16, new TOBFCountedArrayType(integer, real, 3)));
     auto* function = new TOBFFunctionType(1, -4, 0x0300);
     auto* parameter = new TOBFSymbol(name("p"));
     parameter->setType(pointer);
-    parameter->setDefinition(TOBFBinaryExpr::make(TAG_BASE_OFFSET, new TOBFRegisterExpr(1), new TOBFConstExpr(-2)));
+    parameter->setDefinition(
+        TOBFBinaryExpr::make(TAG_BASE_OFFSET, new TOBFRegisterExpr(1), new TOBFConstExpr(-2)));
     function->addParameter(parameter);
     auto* returned = new TOBFSymbol(name(""));
     returned->setType(nothing);
@@ -296,7 +337,8 @@ TEST(TOBFFormat, TypesCarryTheirNames)
     std::string fields;
     for (TOBFField* field : static_cast<TOBFStrucType*>(node)->fields())
         fields += field->name()->str() + ":" + field->type()->getName()->str() + " ";
-    EXPECT_EQ(fields, "next:node* bits:int count:int far:int array:FLOAT(4)[3] counted:int::[FLOAT(4)] ");
+    EXPECT_EQ(fields,
+              "next:node* bits:int count:int far:int array:FLOAT(4)[3] counted:int::[FLOAT(4)] ");
     EXPECT_EQ(function->parameters().front()->definition()->printString(), "-2[SP]");
 }
 

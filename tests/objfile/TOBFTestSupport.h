@@ -59,7 +59,10 @@ public:
         m_pool += text;
         return tag(TAG_MKSTRING);
     }
-    ObjectText& module() { return tag(TAG_NULL_NULL).tag(TAG_NULL).tag(TAG_SCOPE_MODULE).tag(TAG_DROP); }
+    ObjectText& module()
+    {
+        return tag(TAG_NULL_NULL).tag(TAG_NULL).tag(TAG_SCOPE_MODULE).tag(TAG_DROP);
+    }
     ObjectText& section(std::string_view name)
     {
         return string(name).tag(TAG_MKSECTION).tag(TAG_SECTION);

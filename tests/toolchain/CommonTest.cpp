@@ -120,7 +120,8 @@ std::string contents(const fs::path& path)
 
 TEST(OutputFile, StandsOnlyWhenComplete)
 {
-    const fs::path folder = fs::path(testing::TempDir()) / ("output_file-" + std::to_string(::getpid()));
+    const fs::path folder =
+        fs::path(testing::TempDir()) / ("output_file-" + std::to_string(::getpid()));
     fs::remove_all(folder);
     fs::create_directories(folder);
     const fs::path target = folder / "out.bin";

@@ -46,7 +46,8 @@ protected:
         return messages;
     }
 
-    const fs::path folder = fs::path(testing::TempDir()) / ("kas_program-" + std::to_string(::getpid()));
+    const fs::path folder =
+        fs::path(testing::TempDir()) / ("kas_program-" + std::to_string(::getpid()));
 };
 
 struct LoadedModule {

@@ -20,7 +20,8 @@ namespace {
 
 TEST(Dependencies, AreReadFromARuleOfMake)
 {
-    EXPECT_EQ(parseDependencies("x.o: a.c b.h \\\n  c\\ d.h $$e.h \\\n f\\#g.h\n"), "a.c;b.h;c d.h;$e.h;f#g.h");
+    EXPECT_EQ(parseDependencies("x.o: a.c b.h \\\n  c\\ d.h $$e.h \\\n f\\#g.h\n"),
+              "a.c;b.h;c d.h;$e.h;f#g.h");
     EXPECT_EQ(parseDependencies("x.o:"), "");
     EXPECT_EQ(parseDependencies(""), "");
 }
@@ -49,7 +50,8 @@ protected:
 
     std::string compile(const std::string& text, std::vector<std::string> words = {})
     {
-        words.insert(words.end(), {"-J/none", m_folder.write("x.c", text), "-o", m_folder / "x.kvo"});
+        words.insert(words.end(),
+                     {"-J/none", m_folder.write("x.c", text), "-o", m_folder / "x.kvo"});
         const std::string said = runTool(kcc, "kcc", words);
         if (m_folder.has("x.kvo"))
             m_module = readModule(m_folder / "x.kvo");
@@ -73,13 +75,15 @@ protected:
         const auto it = scope->symbols().find(HString::intern(name));
         if (it == scope->symbols().end())
             return "none";
-        return it->second->definition() != nullptr ? it->second->definition()->printString() : "nowhere";
+        return it->second->definition() != nullptr ? it->second->definition()->printString()
+                                                   : "nowhere";
     }
 
     TOBFScope* functionScope(const char* name) const
     {
         for (TOBFScope* scope : m_module->children())
-            if (scope->functionSymbol() != nullptr && scope->functionSymbol()->name()->view() == name)
+            if (scope->functionSymbol() != nullptr
+                && scope->functionSymbol()->name()->view() == name)
                 return scope;
         return nullptr;
     }
@@ -99,18 +103,22 @@ TEST_F(Kcc, CodeKeepsItsSymbolsAndLabels)
 
 TEST_F(Kcc, SectionsHaveTheNamesOfTheOptions)
 {
-    const char* const text = "int d = 1; int z; const int k[2] = {1, 2}; int f(void) { return d + z + k[d]; }"
-                             "__attribute__((interrupt(5))) void i(void) {}"
-                             "__attribute__((section(\"MINE\"))) int m = 3;";
+    const char* const text =
+        "int d = 1; int z; const int k[2] = {1, 2}; int f(void) { return d + z + k[d]; }"
+        "__attribute__((interrupt(5))) void i(void) {}"
+        "__attribute__((section(\"MINE\"))) int m = 3;";
     const auto names = [&] {
         std::set<std::string> result;
         for (TOBFSection* section : m_module->sections())
-            result.insert(section->name()->str() + "/" + std::to_string(static_cast<int>(section->sectionKind()))
+            result.insert(section->name()->str() + "/"
+                          + std::to_string(static_cast<int>(section->sectionKind()))
                           + (section->isLoaded() ? "L" : ""));
         return result;
     };
     EXPECT_EQ(compile(text), "");
-    EXPECT_EQ(names(), (std::set<std::string>{"CODE/1L", "IDATA0/2", "UDATA0/3", "CONST/4L", "INTVEC/4L", "MINE/2"}));
+    EXPECT_EQ(names(),
+              (std::set<std::string>{"CODE/1L", "IDATA0/2", "UDATA0/3", "CONST/4L", "INTVEC/4L",
+                                     "MINE/2"}));
     EXPECT_THAT(listing("INTVEC"), HasSubstr("\tORG\t10\n\tDA\ti\n"));
     EXPECT_EQ(compile(text, {"-Rc,C", "-Rd,D", "-Rz,Z", "-Rk,K", "-Rv,V"}), "");
     EXPECT_EQ(names(), (std::set<std::string>{"C/1L", "D/2", "Z/3", "K/4L", "V/4L", "MINE/2"}));
@@ -118,19 +126,26 @@ TEST_F(Kcc, SectionsHaveTheNamesOfTheOptions)
 
 TEST_F(Kcc, TablesOfAddressesLeadIntoCode)
 {
-    EXPECT_EQ(compile("int f(int n) { switch (n) { case 0: return 7; case 1: return 3; case 2: return 99;"
-                      " case 3: return 4; case 4: return 1; case 5: return 55; } return 0; }", {"-Or-"}), "");
+    EXPECT_EQ(
+        compile("int f(int n) { switch (n) { case 0: return 7; case 1: return 3; case 2: return 99;"
+                " case 3: return 4; case 4: return 1; case 5: return 55; } return 0; }",
+                {"-Or-"}),
+        "");
     EXPECT_THAT(listing("CONST"), testing::ContainsRegex("\tDA\t@[0-9]+\n\tDA\t@[0-9]+\n"));
 }
 
 TEST_F(Kcc, LocalsCountFromTheReturnAddress)
 {
-    EXPECT_EQ(compile("int f(int a, int b) { int c[3] = {a, b, a}; for (int i = 0; i < 3; i++) { int k = c[i]; b += k; }"
-                      " return b; }", {"-g", "-Or-"}), "");
+    EXPECT_EQ(compile("int f(int a, int b) { int c[3] = {a, b, a}; for (int i = 0; i < 3; i++) { "
+                      "int k = c[i]; b += k; }"
+                      " return b; }",
+                      {"-g", "-Or-"}),
+              "");
     const TOBFScope* scope = functionScope("f");
     ASSERT_NE(scope, nullptr);
     // Every local has a slot of its own below the return address.
-    std::set<std::string> places = {location(scope, "a"), location(scope, "b"), location(scope, "c")};
+    std::set<std::string> places = {location(scope, "a"), location(scope, "b"),
+                                    location(scope, "c")};
     const TOBFScope* loop = scope->children().front();
     places.insert(location(loop, "i"));
     places.insert(location(loop->children().front(), "k"));
@@ -139,7 +154,8 @@ TEST_F(Kcc, LocalsCountFromTheReturnAddress)
         EXPECT_THAT(place, testing::MatchesRegex("-[0-9]+\\[SP\\]"));
     // The depth is 0 at the first instruction, and that of the frame in the body.
     std::vector<int> depths;
-    for (TOBFInsn* insn : m_module->findSection(HString::intern("CODE"))->fragments().front()->insns())
+    for (TOBFInsn* insn :
+         m_module->findSection(HString::intern("CODE"))->fragments().front()->insns())
         if (insn->kind() == TOBFKind::ProcessorInsn)
             depths.push_back(insn->stackAdjustment());
     EXPECT_EQ(depths.front(), 0);
@@ -149,11 +165,15 @@ TEST_F(Kcc, LocalsCountFromTheReturnAddress)
 
 TEST_F(Kcc, SavedRegistersAreTold)
 {
-    EXPECT_EQ(compile("int g(int); int f(int a, int b, int c) { int x = g(a); int y = g(b); return g(c) + x + y; }", {"-g", "-O-9"}), "");
+    EXPECT_EQ(compile("int g(int); int f(int a, int b, int c) { int x = g(a); int y = g(b); return "
+                      "g(c) + x + y; }",
+                      {"-g", "-O-9"}),
+              "");
     TOBFSymbol* symbol = m_module->publicSymbols().at(HString::intern("f"));
     const auto* type = static_cast<TOBFFunctionType*>(symbol->type());
     int pushes = 0;
-    for (TOBFInsn* insn : m_module->findSection(HString::intern("CODE"))->fragments().front()->insns())
+    for (TOBFInsn* insn :
+         m_module->findSection(HString::intern("CODE"))->fragments().front()->insns())
         if (insn->kind() == TOBFKind::ProcessorInsn && insn->printString().starts_with("\tPUSH"))
             ++pushes;
     ASSERT_GT(pushes, 0);
@@ -164,7 +184,9 @@ TEST_F(Kcc, SavedRegistersAreTold)
 
 TEST_F(Kcc, VariablesOfOptimisedCodeHaveBlocks)
 {
-    EXPECT_EQ(compile("int g(int); int f(int a) { int b = g(a) + 1; g(b); return b; }", {"-g", "-O-9"}), "");
+    EXPECT_EQ(
+        compile("int g(int); int f(int a) { int b = g(a) + 1; g(b); return b; }", {"-g", "-O-9"}),
+        "");
     const TOBFScope* scope = functionScope("f");
     ASSERT_NE(scope, nullptr);
     std::set<std::string> places;
@@ -175,9 +197,12 @@ TEST_F(Kcc, VariablesOfOptimisedCodeHaveBlocks)
 
 TEST_F(Kcc, TypesAreThoseOfTheSource)
 {
-    EXPECT_EQ(compile("struct list { struct list *next; unsigned bits : 3; unsigned more : 5; char name[4]; } l;"
-                      "typedef unsigned short word; word w; enum colour { red = 2, green } c; double d; int (*p)(char, long);",
-                      {"-g"}), "");
+    EXPECT_EQ(compile("struct list { struct list *next; unsigned bits : 3; unsigned more : 5; char "
+                      "name[4]; } l;"
+                      "typedef unsigned short word; word w; enum colour { red = 2, green } c; "
+                      "double d; int (*p)(char, long);",
+                      {"-g"}),
+              "");
     const auto typeOf = [&](const char* name) {
         return m_module->publicSymbols().at(HString::intern(name))->type();
     };
@@ -189,16 +214,20 @@ TEST_F(Kcc, TypesAreThoseOfTheSource)
     std::string fields;
     for (TOBFField* field : static_cast<TOBFStrucType*>(typeOf("l"))->fields()) {
         const auto* member = static_cast<TOBFDynamicField*>(field);
-        fields += field->name()->str() + " " + std::to_string(member->bitOffset()) + " " + std::to_string(member->bitSize()) + ";";
+        fields += field->name()->str() + " " + std::to_string(member->bitOffset()) + " "
+            + std::to_string(member->bitSize()) + ";";
     }
     EXPECT_EQ(fields, "next 0 16;bits 16 3;more 19 5;name 24 32;");
 }
 
 TEST_F(Kcc, LinesLeadToTheSource)
 {
-    EXPECT_EQ(compile("int g;\nint f(void)\n{\n  g = 1;\n  g = 2;\n  return g;\n}\n", {"-g", "-Or-"}), "");
+    EXPECT_EQ(
+        compile("int g;\nint f(void)\n{\n  g = 1;\n  g = 2;\n  return g;\n}\n", {"-g", "-Or-"}),
+        "");
     std::set<int> lines;
-    for (TOBFInsn* insn : m_module->findSection(HString::intern("CODE"))->fragments().front()->insns())
+    for (TOBFInsn* insn :
+         m_module->findSection(HString::intern("CODE"))->fragments().front()->insns())
         if (insn->kind() == TOBFKind::Locus) {
             EXPECT_EQ(static_cast<TOBFLocus*>(insn)->filename()->file()->str(), m_folder / "x.c");
             lines.insert(static_cast<TOBFLocus*>(insn)->line());
@@ -210,13 +239,17 @@ TEST_F(Kcc, DependenciesAreTold)
 {
     m_folder.write("x.h", "#define N 3\n");
     EXPECT_EQ(compile("#include \"x.h\"\nint n = N;\n"), "");
-    EXPECT_EQ(m_module->attribute(HString::intern("dependencies"))->str(), (m_folder / "x.c") + ";" + (m_folder / "x.h"));
+    EXPECT_EQ(m_module->attribute(HString::intern("dependencies"))->str(),
+              (m_folder / "x.c") + ";" + (m_folder / "x.h"));
 }
 
 TEST_F(Kcc, VectorsComeFromThePragma)
 {
-    EXPECT_EQ(compile("#define __gantry_vector(V) __attribute__((interrupt((V) / 2)))\n#define __interrupt\n"
-                      "#pragma vector=0x7E\n__interrupt void last(void) {}\n"), "");
+    EXPECT_EQ(
+        compile(
+            "#define __gantry_vector(V) __attribute__((interrupt((V) / 2)))\n#define __interrupt\n"
+            "#pragma vector=0x7E\n__interrupt void last(void) {}\n"),
+        "");
     EXPECT_THAT(listing("INTVEC"), HasSubstr("\tORG\t126\n\tDA\tlast\n"));
 }
 
@@ -236,10 +269,15 @@ TEST_F(Kcc, FailuresLeaveNoObject)
     EXPECT_FALSE(m_folder.has("x.kvo"));
     testing::internal::CaptureStderr();
     compile("#include \"none.h\"\n");
-    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("x.c(1): fatal error: 'none.h' file not found"));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                HasSubstr("x.c(1): fatal error: 'none.h' file not found"));
     EXPECT_EQ(runTool(kcc, "kcc", {m_folder / "none.c", "-o", m_folder / "n.kvo"}),
               "kcc: error: cannot open " + (m_folder / "none.c") + "\n");
-    EXPECT_EQ(runTool(kcc, "kcc", {m_folder.write("bad.o", "\x7F" "ELF"), "-o", m_folder / "n.kvo"}),
+    EXPECT_EQ(runTool(kcc, "kcc",
+                      {m_folder.write("bad.o",
+                                      "\x7F"
+                                      "ELF"),
+                       "-o", m_folder / "n.kvo"}),
               "kcc: error: the compiler's output cannot be read (it is cut off)\n");
 }
 

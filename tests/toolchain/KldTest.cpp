@@ -128,7 +128,8 @@ TEST_F(Kld, StartsFromTheResetVector)
 
 TEST_F(Kld, LeavesOutWhatNothingRefersTo)
 {
-    const std::string object = assemble("a", std::string(Start) + "\t.text\n\t.global unused\nunused:\tmov r9, r10\n\tret\n");
+    const std::string object = assemble(
+        "a", std::string(Start) + "\t.text\n\t.global unused\nunused:\tmov r9, r10\n\tret\n");
     EXPECT_EQ(link({object}), "");
     EXPECT_EQ(words(0x4004, 1), "----");
     EXPECT_EQ(link({object, "-Kunused"}), "");
@@ -150,13 +151,18 @@ TEST_F(Kld, NamesTheFilesOfSymbolErrors)
 
 TEST_F(Kld, SaysWhatDoesNotFit)
 {
-    const std::string object = assemble("big", std::string(Start) + "\t.text\n\t.global big\nbig:\t.space 49000\n\tret\n"
-                                                                    "\t.global more\nmore:\t.space 500\n\tret\n");
+    const std::string object = assemble("big",
+                                        std::string(Start)
+                                            + "\t.text\n\t.global big\nbig:\t.space 49000\n\tret\n"
+                                              "\t.global more\nmore:\t.space 500\n\tret\n");
     EXPECT_EQ(link({object, "-Kbig", "-Kmore"}),
-              "kld: error: more of " + object + ", 502 bytes, doesn't fit in section CODE, 114 of 49120 bytes are left\n");
-    const std::string astray = assemble("astray", std::string(Start) + "\t.section ELSEWHERE, const\n\t.global e\ne:\t.word 1\n");
+              "kld: error: more of " + object
+                  + ", 502 bytes, doesn't fit in section CODE, 114 of 49120 bytes are left\n");
+    const std::string astray = assemble(
+        "astray", std::string(Start) + "\t.section ELSEWHERE, const\n\t.global e\ne:\t.word 1\n");
     EXPECT_EQ(link({astray, "-Ke"}),
-              "kld: error: e of " + astray + " is in section ELSEWHERE, which has no memory, see -T\n");
+              "kld: error: e of " + astray
+                  + " is in section ELSEWHERE, which has no memory, see -T\n");
     EXPECT_FALSE(m_folder.has("out.kvx"));
 }
 
@@ -165,21 +171,24 @@ TEST_F(Kld, VectorsStandAtTheirOffsets)
     const std::string vector = "\t.section INTVEC, const\n\t.org 10\n\t.word 0x1234\n";
     EXPECT_EQ(link({assemble("start", Start), assemble("v", vector)}), "");
     EXPECT_EQ(words(0xFFE8, 3), "---- 1234 ----");
-    EXPECT_THAT(link({assemble("start", Start), assemble("v", vector), assemble("w", vector)}),
-                HasSubstr("doesn't fit in section INTVEC at 0xFFEA, which is outside its memory or taken"));
+    EXPECT_THAT(
+        link({assemble("start", Start), assemble("v", vector), assemble("w", vector)}),
+        HasSubstr("doesn't fit in section INTVEC at 0xFFEA, which is outside its memory or taken"));
 }
 
 TEST_F(Kld, DataIsCopiedFromATable)
 {
     const std::string text = std::string(Start)
-        + "\t.text\n\t.global main\nmain:\tmov #__init_table_start, r4\n\tmov #__init_table_end, r5\n"
+        + "\t.text\n\t.global main\nmain:\tmov #__init_table_start, r4\n\tmov #__init_table_end, "
+          "r5\n"
           "\tmov &value, r6\n\tmov &zero, r7\n\tret\n"
           "\t.data\nvalue:\t.word 0xABCD, 0x1234\n\t.bss\nzero:\t.space 6\n";
     const std::string object = assemble("data", text);
     EXPECT_EQ(link({object, "-Kmain"}), "");
     const auto module = readModule(m_folder / "out.kvx");
     const auto valueOf = [&](const char* name) {
-        return static_cast<unsigned>(module->publicSymbols().at(HString::intern(name))->definition()->evaluate().value);
+        return static_cast<unsigned>(
+            module->publicSymbols().at(HString::intern(name))->definition()->evaluate().value);
     };
     const unsigned table = valueOf("__init_table_start");
     EXPECT_EQ(valueOf("__init_table_end") - table, 12u);
@@ -198,8 +207,10 @@ TEST_F(Kld, DataIsCopiedFromATable)
 
 TEST_F(Kld, ConditionsFollowTheDefinitions)
 {
-    const std::string object = assemble("c", "\t.global __reset\n__reset:\n\t.linkif size\n\tmov #size, r5\n"
-                                             "\t.linkif size > 5\n\tmov #1, r6\n\t.endlinkif\n\t.endlinkif\n\tret\n");
+    const std::string object =
+        assemble("c",
+                 "\t.global __reset\n__reset:\n\t.linkif size\n\tmov #size, r5\n"
+                 "\t.linkif size > 5\n\tmov #1, r6\n\t.endlinkif\n\t.endlinkif\n\tret\n");
     EXPECT_EQ(link({object}), "");
     EXPECT_EQ(words(0x4000, 1), "4130");
     EXPECT_EQ(link({object, "-Dsize=3"}), "");
@@ -210,7 +221,8 @@ TEST_F(Kld, ConditionsFollowTheDefinitions)
 
 TEST_F(Kld, JumpsThatDoNotReachBecomeBranches)
 {
-    const std::string text = "\t.global __reset\n__reset:\tjz far\n\tjn far\n\tjmp far\n\t.space 2000\nfar:\tret\n";
+    const std::string text =
+        "\t.global __reset\n__reset:\tjz far\n\tjn far\n\tjmp far\n\t.space 2000\nfar:\tret\n";
     EXPECT_EQ(link({assemble("jump", text)}), "");
     // jnz over a branch; jn to a branch behind a jump; a branch.
     EXPECT_EQ(words(0x4000, 9), "2002 4030 47E2 3001 3C02 4030 47E2 4030 47E2");
@@ -224,7 +236,8 @@ TEST_F(Kld, LibrariesGiveWhatIsMissing)
     const std::string second = assemble("second", "\t.global second\nsecond:\tret\n");
     const std::string third = assemble("third", "\t.global third\nthird:\tret\n");
     EXPECT_EQ(runTool(kar, "kar", {"-c", library, first, second, third}), "");
-    const std::string start = assemble("start", std::string(Start) + "\t.text\n\t.global main\nmain:\tbr #first\n");
+    const std::string start =
+        assemble("start", std::string(Start) + "\t.text\n\t.global main\nmain:\tbr #first\n");
     EXPECT_EQ(link({start, library, "-Kmain", "-M" + (m_folder / "out.map")}), "");
     const std::string map = m_folder.read("out.map");
     EXPECT_THAT(map, HasSubstr("lib.kva(second.kvo)"));
@@ -249,8 +262,9 @@ TEST_F(Kld, WeakDefinitionsGiveWay)
 
 TEST_F(Kld, Optimisations)
 {
-    const std::string text = "\t.global __reset\n__reset:\ttst r5\n\tjz 1f\n\tbr #2f\n1:\tjmp 2f\n"
-                             "2:\tmov r6, r7\n\tmov r8, r9\n\tret\n3:\tmov r6, r7\n\tmov r8, r9\n\tret\n";
+    const std::string text =
+        "\t.global __reset\n__reset:\ttst r5\n\tjz 1f\n\tbr #2f\n1:\tjmp 2f\n"
+        "2:\tmov r6, r7\n\tmov r8, r9\n\tret\n3:\tmov r6, r7\n\tmov r8, r9\n\tret\n";
     const std::string object = assemble("o", text);
     EXPECT_EQ(link({object}), "");
     EXPECT_EQ(words(0x4000, 5), "9305 2402 4030 400A 3C00");
@@ -271,9 +285,12 @@ TEST_F(Kld, ChecksumsStandBehindTheirSection)
 TEST_F(Kld, RefusesWhatItCannotUse)
 {
     const std::string object = m_folder.write("bad.kvo", "\x05");
-    EXPECT_THAT(link({object}), HasSubstr("bad.kvo: fatal: bad object file: stack not empty at EOF"));
-    EXPECT_EQ(link({m_folder / "none.kvo"}), "kld: error: can't open file " + (m_folder / "none.kvo") + "\n");
-    EXPECT_EQ(link({m_folder.write("bad.kva", "xx")}), "kld: error: " + (m_folder / "bad.kva") + " isn't a library\n");
+    EXPECT_THAT(link({object}),
+                HasSubstr("bad.kvo: fatal: bad object file: stack not empty at EOF"));
+    EXPECT_EQ(link({m_folder / "none.kvo"}),
+              "kld: error: can't open file " + (m_folder / "none.kvo") + "\n");
+    EXPECT_EQ(link({m_folder.write("bad.kva", "xx")}),
+              "kld: error: " + (m_folder / "bad.kva") + " isn't a library\n");
     EXPECT_EQ(link({"-Hx=md5"}), "kld: error: unknown checksum in -Hx=md5\n");
     EXPECT_EQ(link({"-Gx=M"}), "kld: error: bad option -Gx=M\n");
     EXPECT_EQ(link({"-Zfoo"}), "kld: error: unknown option -Zfoo\n");

@@ -20,7 +20,8 @@ class TestFolder {
 public:
     TestFolder()
     {
-        std::string pattern = (std::filesystem::temp_directory_path() / "gantry-test-XXXXXX").string();
+        std::string pattern =
+            (std::filesystem::temp_directory_path() / "gantry-test-XXXXXX").string();
         m_path = mkdtemp(pattern.data());
     }
     ~TestFolder() { std::filesystem::remove_all(m_path); }

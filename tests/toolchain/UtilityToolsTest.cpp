@@ -49,7 +49,8 @@ protected:
         return messages;
     }
 
-    const fs::path folder = fs::path(testing::TempDir()) / ("utility_tools-" + std::to_string(::getpid()));
+    const fs::path folder =
+        fs::path(testing::TempDir()) / ("utility_tools-" + std::to_string(::getpid()));
 };
 
 TEST_F(UtilityTools, KbcSaysThatThereIsNoCompiler)

@@ -14,7 +14,8 @@ std::string parseDependencies(std::string_view rule)
     for (std::size_t i = 0; i < rule.size(); ++i) {
         char c = rule[i];
         const char next = i + 1 < rule.size() ? rule[i + 1] : '\n';
-        const bool escaped = (c == '\\' && (next == ' ' || next == '#')) || (c == '$' && next == '$');
+        const bool escaped =
+            (c == '\\' && (next == ' ' || next == '#')) || (c == '$' && next == '$');
         if (!escaped && (c == ' ' || c == '\n' || (c == '\\' && next == '\n'))) {
             inName = false;
             continue;

@@ -19,8 +19,8 @@ std::vector<LibraryIndex::Entry> LibraryIndex::parse(std::string_view text)
             break;
         const std::string_view line = text.substr(0, end);
         Entry entry{};
-        const auto [rest, error]
-            = std::from_chars(line.data(), line.data() + line.size(), entry.member);
+        const auto [rest, error] =
+            std::from_chars(line.data(), line.data() + line.size(), entry.member);
         const auto length = static_cast<std::size_t>(rest - line.data());
         if (error != std::errc() || length + 1 >= line.size() || *rest != ' ')
             break;

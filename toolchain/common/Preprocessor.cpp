@@ -10,8 +10,7 @@ std::string preprocessAssembly(const std::string& path, const PreprocessorOption
 {
     const TemporaryFile output(".s");
     std::vector<std::string> words = clangCommand(options);
-    words.insert(words.end(),
-                 {"-E", "-x", "assembler-with-cpp", "-o", output.path(), "--", path});
+    words.insert(words.end(), {"-E", "-x", "assembler-with-cpp", "-o", output.path(), "--", path});
     runClang(words, diagnostics);
     std::ifstream in(output.path(), std::ios::binary);
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};

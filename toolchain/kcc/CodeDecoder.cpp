@@ -86,8 +86,9 @@ namespace {
 
 class StackTracker {
 public:
-    StackTracker(const ElfSection& section, const std::vector<DecodedInsn>& insns) :
-        m_section(section), m_insns(insns)
+    StackTracker(const ElfSection& section, const std::vector<DecodedInsn>& insns)
+        : m_section(section),
+          m_insns(insns)
     {
         m_result.depths.assign(insns.size(), NotVisited);
     }

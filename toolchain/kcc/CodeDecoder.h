@@ -40,7 +40,7 @@ struct StackDepths {
     std::vector<unsigned> saved;
 };
 
-/// Follows the control flow from the section's start. `entryDepth` is what stands on the stack there
-/// above the return address.
+/// Follows the control flow from the section's start. `entryDepth` is what stands on the stack
+/// there above the return address.
 StackDepths computeStackDepths(const ElfSection& section, const std::vector<DecodedInsn>& insns,
                                int entryDepth);

@@ -31,16 +31,18 @@ void setSavedRegisters(TOBFFunctionType* type, const StackDepths& stack)
 
 } // namespace
 
-DebugConverter::DebugConverter(ObjectConverter& converter) :
-    m_converter(converter), m_unit(converter.elf()), m_types(m_unit, converter.module())
+DebugConverter::DebugConverter(ObjectConverter& converter)
+    : m_converter(converter),
+      m_unit(converter.elf()),
+      m_types(m_unit, converter.module())
 {
 }
 
 void DebugConverter::convert()
 {
     const std::string directory(m_unit.root().text(Dwarf::AtCompilationDirectory));
-    m_files = readDwarfLines(m_unit.elf(), m_unit.root().number(Dwarf::AtStatementList), directory)
-                  .files;
+    m_files =
+        readDwarfLines(m_unit.elf(), m_unit.root().number(Dwarf::AtStatementList), directory).files;
     m_filenames.resize(m_files.size());
     for (const unsigned index : m_unit.root().children) {
         const DwarfEntry& entry = m_unit.entry(index);
@@ -194,8 +196,8 @@ TOBFSymbol* DebugConverter::makeVariable(const DwarfEntry& entry, TOBFScope* sco
         symbol->setDefinition(new TOBFConstExpr(static_cast<std::int64_t>(constant->number)));
     std::vector<RangedLocation> ranged;
     for (const DwarfLocation& it : m_unit.locations(entry)) {
-        TOBFExpr* location
-            = convertLocation(m_converter, m_unit, frame, it.expression, type->size());
+        TOBFExpr* location =
+            convertLocation(m_converter, m_unit, frame, it.expression, type->size());
         if (location != nullptr && !it.range.has_value())
             symbol->setDefinition(location);
         else if (location != nullptr)

@@ -125,8 +125,8 @@ void ElfObject::readRelocations(const ElfSection& table, ElfSection& target)
         if (ELF32_R_TYPE(it.r_info) == R_MSP430_32) {
             if (target.data.size() < 4 || it.r_offset > target.data.size() - 4)
                 fail("a relocation lies outside its section");
-            const std::int64_t value
-                = m_symbols[relocation.symbol].place.offset + relocation.addend;
+            const std::int64_t value =
+                m_symbols[relocation.symbol].place.offset + relocation.addend;
             Endian::packUINT32(target.data.data(), it.r_offset, static_cast<std::uint32_t>(value),
                                Endian::Little);
         } else if (ELF32_R_TYPE(it.r_info) == R_MSP430_16_BYTE) {

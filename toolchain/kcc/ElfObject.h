@@ -50,9 +50,9 @@ struct ElfSymbol {
     bool isWeak() const;
 };
 
-/// A relocatable ELF32 file for the MSP430, as the compiler writes it. The 32-bit relocations of the
-/// debug sections are applied; the 16-bit ones are kept, since they say which section an address is
-/// in. Throws HException for a file that isn't one.
+/// A relocatable ELF32 file for the MSP430, as the compiler writes it. The 32-bit relocations of
+/// the debug sections are applied; the 16-bit ones are kept, since they say which section an
+/// address is in. Throws HException for a file that isn't one.
 class ElfObject {
 public:
     explicit ElfObject(std::span<const std::uint8_t> file);

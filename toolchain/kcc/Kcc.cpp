@@ -14,10 +14,10 @@
 
 namespace {
 
-constexpr ToolDescription Description
-    = {"kcc", "[OPTION]... FILE -o OUTPUT",
-       "Compiles a C source file to a native object file, or preprocesses it with -E. An object\n"
-       "file of the compiler behind it (.o) is converted."};
+constexpr ToolDescription Description = {
+    "kcc", "[OPTION]... FILE -o OUTPUT",
+    "Compiles a C source file to a native object file, or preprocesses it with -E. An object\n"
+    "file of the compiler behind it (.o) is converted."};
 
 using Words = std::vector<std::string>;
 
@@ -80,8 +80,7 @@ void compile(const std::string& source, const CompilerOptions& options, Diagnost
     Words words = compileCommand(options);
     if (!pragma.compilerOption().empty())
         words.push_back(pragma.compilerOption());
-    words.insert(words.end(),
-                 {"-MD", "-MF", dependencies.path(), source, "-o", object.path()});
+    words.insert(words.end(), {"-MD", "-MF", dependencies.path(), source, "-o", object.path()});
     run(words, options, diagnostics);
     writeObject(object.path(), options, readDependencies(dependencies.path()));
 }

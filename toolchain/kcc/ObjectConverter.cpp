@@ -50,9 +50,12 @@ HString* intern(std::string_view text) { return HString::intern(text); }
 } // namespace
 
 ObjectConverter::ObjectConverter(const ElfObject& elf, const SectionNames& names,
-                                 TOBFModule* module) :
-    m_elf(elf), m_names(names), m_module(module), m_converted(elf.sections().size()),
-    m_code(elf.sections().size())
+                                 TOBFModule* module)
+    : m_elf(elf),
+      m_names(names),
+      m_module(module),
+      m_converted(elf.sections().size()),
+      m_code(elf.sections().size())
 {
 }
 
@@ -146,8 +149,8 @@ void ObjectConverter::makeSymbols()
             weak += (weak.empty() ? "" : ";") + it.name;
         if (!it.defined)
             continue;
-        const bool inSection
-            = it.place.section != 0 && m_converted[it.place.section].fragment != nullptr;
+        const bool inSection =
+            it.place.section != 0 && m_converted[it.place.section].fragment != nullptr;
         if (inSection) {
             symbol->setDefinition(new TOBFMarkerExpr(marker(it.place)));
             m_symbolPlaces.emplace(it.place, symbol);
@@ -166,8 +169,7 @@ void ObjectConverter::takeLines()
 {
     const DwarfUnit unit(m_elf);
     const std::string directory(unit.root().text(Dwarf::AtCompilationDirectory));
-    DwarfLines lines
-        = readDwarfLines(m_elf, unit.root().number(Dwarf::AtStatementList), directory);
+    DwarfLines lines = readDwarfLines(m_elf, unit.root().number(Dwarf::AtStatementList), directory);
     for (const DwarfLine& line : lines.lines)
         if (line.place.section < m_converted.size())
             m_converted[line.place.section].lines[line.place.offset] = {line.file, line.line};
@@ -244,11 +246,11 @@ void ObjectConverter::convertCode(unsigned index)
     const ElfSection& section = m_elf.sections()[index];
     Converted& converted = m_converted[index];
     converted.insns = decodeSection(section);
-    const bool isInterrupt = std::any_of(
-        converted.insns.begin(), converted.insns.end(),
-        [](const DecodedInsn& insn) { return !insn.isData && insn.word == 0x1300; });
-    converted.stack
-        = computeStackDepths(section, converted.insns, isInterrupt ? InterruptEntryDepth : 0);
+    const bool isInterrupt =
+        std::any_of(converted.insns.begin(), converted.insns.end(),
+                    [](const DecodedInsn& insn) { return !insn.isData && insn.word == 0x1300; });
+    converted.stack =
+        computeStackDepths(section, converted.insns, isInterrupt ? InterruptEntryDepth : 0);
     for (std::size_t i = 0; i < converted.insns.size(); ++i) {
         TOBFInsn* insn = makeInsn(index, converted.insns[i]);
         const int depth = converted.stack.depths[i];
@@ -291,12 +293,10 @@ TOBFInsn* ObjectConverter::makeInsn(unsigned index, const DecodedInsn& insn)
     const bool twoOperands = insn.word >= 0x4000;
     const unsigned sourceRegister = twoOperands ? insn.word >> 8 & 0xFu : insn.word & 0xFu;
     const bool isImmediate = (insn.word & 0x30) == 0x30;
-    TOBFExpr* source = insn.source != 0
-        ? operand(index, insn.source, sourceRegister, isImmediate)
-        : nullptr;
-    TOBFExpr* destination = insn.destination != 0
-        ? operand(index, insn.destination, insn.word & 0xFu, false)
-        : nullptr;
+    TOBFExpr* source =
+        insn.source != 0 ? operand(index, insn.source, sourceRegister, isImmediate) : nullptr;
+    TOBFExpr* destination =
+        insn.destination != 0 ? operand(index, insn.destination, insn.word & 0xFu, false) : nullptr;
     return new TOBFMSP430Insn(insn.word, source, destination, false);
 }
 
@@ -395,11 +395,10 @@ void ObjectConverter::emitBytes(Converted& converted, const ElfSection& section,
             continue;
         }
         const std::uint32_t size = end - from >= 4 ? 4 : end - from >= 2 ? 2 : 1;
-        const std::uint64_t value
-            = Endian::unpackNumber(section.data.data(), from, size, Endian::Little);
-        converted.fragment->addInsn(
-            new TOBFDefBytesInsn(new TOBFConstExpr(static_cast<std::int64_t>(value)),
-                                 static_cast<int>(size)));
+        const std::uint64_t value =
+            Endian::unpackNumber(section.data.data(), from, size, Endian::Little);
+        converted.fragment->addInsn(new TOBFDefBytesInsn(
+            new TOBFConstExpr(static_cast<std::int64_t>(value)), static_cast<int>(size)));
         from += size;
     }
 }

@@ -77,8 +77,8 @@ private:
     const ElfObject& m_elf;
     SectionNames m_names;
     TOBFModule* m_module;
-    std::vector<Converted> m_converted;       ///< by section of the compiler's file
-    std::vector<TOBFSymbol*> m_symbols;       ///< by its symbols; null for sections and files
+    std::vector<Converted> m_converted; ///< by section of the compiler's file
+    std::vector<TOBFSymbol*> m_symbols; ///< by its symbols; null for sections and files
     std::map<ElfPlace, TOBFSymbol*> m_symbolPlaces;
     std::vector<std::string> m_files;
     std::vector<TOBFFilename*> m_filenames;

@@ -14,8 +14,10 @@ constexpr std::size_t MostStretches = 2000;
 class Divider {
 public:
     Divider(ObjectConverter& converter, const std::vector<FunctionScope>& scopes,
-            const std::vector<MovingVariable>& variables) :
-        m_converter(converter), m_scopes(scopes), m_variables(variables)
+            const std::vector<MovingVariable>& variables)
+        : m_converter(converter),
+          m_scopes(scopes),
+          m_variables(variables)
     {
     }
 

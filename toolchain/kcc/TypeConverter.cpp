@@ -109,8 +109,8 @@ TOBFType* TypeConverter::makeEnumeration(unsigned index)
             continue;
         auto* symbol = new TOBFSymbol(nameOf(enumerator));
         symbol->setType(type);
-        symbol->setDefinition(new TOBFConstExpr(
-            static_cast<std::int64_t>(enumerator.number(Dwarf::AtConstValue))));
+        symbol->setDefinition(
+            new TOBFConstExpr(static_cast<std::int64_t>(enumerator.number(Dwarf::AtConstValue))));
         m_module->addSymbol(symbol);
         symbol->setScope(m_module);
     }
@@ -138,7 +138,8 @@ TOBFType* TypeConverter::makeArray(const DwarfEntry& entry)
             count = bound->number + 1;
         // A bound that a variable gives is a reference, not a number.
         const DwarfValue* value = range.find(Dwarf::AtCount);
-        if (value != nullptr && value->form >= Dwarf::FormRef1 && value->form <= Dwarf::FormRefUData)
+        if (value != nullptr && value->form >= Dwarf::FormRef1
+            && value->form <= Dwarf::FormRefUData)
             count = 0;
         type = new TOBFArrayType(type, static_cast<int>(count));
     }
@@ -163,8 +164,8 @@ void TypeConverter::addMember(TOBFStrucType* structure, const DwarfEntry& member
     std::uint64_t offset = member.number(Dwarf::AtDataMemberLocation) * 8;
     if (const DwarfValue* bits = member.find(Dwarf::AtDataBitOffset))
         offset = bits->number;
-    const std::uint64_t size
-        = member.number(Dwarf::AtBitSize, static_cast<std::uint64_t>(type->size()) * 8);
+    const std::uint64_t size =
+        member.number(Dwarf::AtBitSize, static_cast<std::uint64_t>(type->size()) * 8);
     HString* name = nameOf(member);
     structure->addField(new TOBFDynamicField(name != nullptr ? name : HString::intern(""),
                                              static_cast<int>(offset), static_cast<int>(size),

@@ -10,7 +10,7 @@ class TOBFModule;
 /// Turns the types of a compilation into those of the object model. Each is made once.
 class TypeConverter {
 public:
-    TypeConverter(const DwarfUnit& unit, TOBFModule* module) : m_unit(unit), m_module(module) {}
+    TypeConverter(const DwarfUnit& unit, TOBFModule* module) : m_unit(unit), m_module(module) { }
 
     /// The type that an entry's type attribute names; void if it has none.
     TOBFType* typeOf(const DwarfEntry& entry);

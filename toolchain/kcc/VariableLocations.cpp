@@ -32,9 +32,12 @@ TOBFExpr* frameRelative(std::int64_t offset, const FunctionFrame& frame)
 class LocationReader {
 public:
     LocationReader(ObjectConverter& converter, const DwarfUnit& unit, const FunctionFrame& frame,
-                   std::span<const std::uint8_t> expression) :
-        m_converter(converter), m_unit(unit), m_frame(frame), m_bytes(expression),
-        m_cursor(expression)
+                   std::span<const std::uint8_t> expression)
+        : m_converter(converter),
+          m_unit(unit),
+          m_frame(frame),
+          m_bytes(expression),
+          m_cursor(expression)
     {
     }
 

@@ -7,9 +7,9 @@
 
 /// What is needed to tell where the variables of one function are.
 struct FunctionFrame {
-    unsigned section = 0;                ///< of the compiler's file; 0 outside functions
-    const StackDepths* stack = nullptr;  ///< null outside functions
-    unsigned frameRegister = 1;          ///< the base of frame-relative places
+    unsigned section = 0;               ///< of the compiler's file; 0 outside functions
+    const StackDepths* stack = nullptr; ///< null outside functions
+    unsigned frameRegister = 1;         ///< the base of frame-relative places
     DwarfRange range;
 };
 

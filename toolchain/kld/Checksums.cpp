@@ -61,8 +61,8 @@ void Checksums::add(TOBFSection* section, ChecksumAlgorithm algorithm)
     TOBFSymbol* symbol = m_image.provideSymbol("__checksum_" + section->name()->str());
     auto* marker = new TOBFMarker(symbol->name());
     symbol->setDefinition(new TOBFMarkerExpr(marker));
-    auto* item = new TOBFDefBytesInsn(new TOBFConstExpr(0),
-                                      algorithm == ChecksumAlgorithm::Crc32 ? 4 : 2);
+    auto* item =
+        new TOBFDefBytesInsn(new TOBFConstExpr(0), algorithm == ChecksumAlgorithm::Crc32 ? 4 : 2);
     TOBFFragment* fragment = section->newFragment();
     fragment->addInsn(new TOBFBreakInsn);
     fragment->addInsn(new TOBFAlignInsn(2));
@@ -79,8 +79,7 @@ void Checksums::compute()
         checksum.section->dump(static_cast<unsigned>(bytes.size()), bytes.data());
         const auto end = static_cast<unsigned>(checksum.item->pc());
         bytes.resize(std::min<std::size_t>(bytes.size(), end - lowest));
-        checksum.item->setOperand(
-            0, new TOBFConstExpr(computeChecksum(checksum.algorithm, bytes)));
+        checksum.item->setOperand(0, new TOBFConstExpr(computeChecksum(checksum.algorithm, bytes)));
         checksum.item->encode();
     }
 }

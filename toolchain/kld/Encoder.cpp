@@ -26,8 +26,8 @@ int operandBits(const TOBFInsn* item)
     const std::uint32_t opcode = insn->opcode();
     if (insn->formatIII())
         return 0;
-    const bool wide = opcode >> 16 >= 0x1800 || (opcode & 0xFFFF) <= 0x0FFF
-        || (opcode & 0xFF80) == 0x1380;
+    const bool wide =
+        opcode >> 16 >= 0x1800 || (opcode & 0xFFFF) <= 0x0FFF || (opcode & 0xFF80) == 0x1380;
     return wide ? 20 : 16;
 }
 
@@ -41,7 +41,7 @@ std::int64_t storedValue(const TOBFInsn* item, int index, std::int64_t value)
 
 class Checker {
 public:
-    explicit Checker(LinkImage& image) : m_image(image) {}
+    explicit Checker(LinkImage& image) : m_image(image) { }
 
     void check(TOBFInsn* insn, int index)
     {
@@ -55,8 +55,9 @@ public:
         const std::int64_t stored = storedValue(insn, index, value.value);
         const std::int64_t limit = std::int64_t{1} << bits;
         if (bits != 0 && (stored < -limit / 2 || stored >= limit))
-            report(insn, hex(value.value) + ", " + operand->printString() + ", doesn't fit in "
-                             + std::to_string(bits) + " bits");
+            report(insn,
+                   hex(value.value) + ", " + operand->printString() + ", doesn't fit in "
+                       + std::to_string(bits) + " bits");
     }
 
 private:

@@ -10,8 +10,8 @@
 namespace {
 
 constexpr const char* ConstantSection = "CONST";
-constexpr unsigned ConstantFlags
-    = static_cast<unsigned>(SectionKind::Const) | TOBFSection::LoadFlag;
+constexpr unsigned ConstantFlags =
+    static_cast<unsigned>(SectionKind::Const) | TOBFSection::LoadFlag;
 constexpr int WordSize = 2;
 
 bool needsImage(const TOBFSection* section)
@@ -26,7 +26,7 @@ bool needsClearing(const TOBFSection* section)
 
 class TableBuilder {
 public:
-    explicit TableBuilder(LinkImage& image) : m_image(image) {}
+    explicit TableBuilder(LinkImage& image) : m_image(image) { }
 
     void run()
     {
@@ -82,8 +82,7 @@ private:
 
     TOBFExpr* sectionSymbol(TOBFSection* section, const char* suffix)
     {
-        return new TOBFSymbolExpr(
-            m_image.provideSymbol("__" + section->name()->str() + suffix));
+        return new TOBFSymbolExpr(m_image.provideSymbol("__" + section->name()->str() + suffix));
     }
 
     LinkImage& m_image;

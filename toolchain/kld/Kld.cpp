@@ -15,10 +15,10 @@
 
 namespace {
 
-constexpr ToolDescription Description
-    = {"kld", "[OPTION]... FILE... -o OUTPUT",
-       "Links native objects and libraries (.kva) to an executable. What nothing refers to is left\n"
-       "out."};
+constexpr ToolDescription Description = {
+    "kld", "[OPTION]... FILE... -o OUTPUT",
+    "Links native objects and libraries (.kva) to an executable. What nothing refers to is left\n"
+    "out."};
 
 void link(const LinkerOptions& options, const std::vector<std::string>& files,
           Diagnostics& diagnostics)

@@ -30,8 +30,8 @@ std::uint32_t alignmentOf(TOBFFragment* fragment)
         if (insn->kind() == TOBFKind::ProcessorInsn)
             alignment = std::max(alignment, 2u);
         else if (insn->kind() == TOBFKind::AlignInsn) {
-            const auto wanted
-                = static_cast<std::uint32_t>(static_cast<TOBFAlignInsn*>(insn)->alignment());
+            const auto wanted =
+                static_cast<std::uint32_t>(static_cast<TOBFAlignInsn*>(insn)->alignment());
             alignment = std::max(alignment, wanted);
         }
     }

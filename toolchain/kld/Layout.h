@@ -9,7 +9,7 @@
 /// until nothing changes.
 class Layout {
 public:
-    explicit Layout(LinkImage& image) : m_image(image) {}
+    explicit Layout(LinkImage& image) : m_image(image) { }
 
     /// Reports an error for each fragment that doesn't fit. False if there was one.
     bool run();

@@ -43,8 +43,11 @@ bool isFixed(TOBFFragment* fragment)
 
 } // namespace
 
-LinkImage::LinkImage(const LinkerOptions& options, LinkInputs& inputs, Diagnostics& diagnostics) :
-    m_options(options), m_inputs(inputs), m_diagnostics(diagnostics), m_module(new TOBFModule)
+LinkImage::LinkImage(const LinkerOptions& options, LinkInputs& inputs, Diagnostics& diagnostics)
+    : m_options(options),
+      m_inputs(inputs),
+      m_diagnostics(diagnostics),
+      m_module(new TOBFModule)
 {
 }
 
@@ -135,8 +138,8 @@ void LinkImage::bind(TOBFSymbol* symbol)
     SourceLocation where;
     if (locus != nullptr && locus->filename()->file() != nullptr)
         where = {locus->filename()->file()->str(), locus->line()};
-    m_diagnostics.error(where, "undefined symbol " + name->str()
-                                   + (owner.empty() ? "" : ", needed by " + owner));
+    m_diagnostics.error(
+        where, "undefined symbol " + name->str() + (owner.empty() ? "" : ", needed by " + owner));
     symbol->setDefinition(new TOBFConstExpr(0)); // said once for each module
 }
 
@@ -231,9 +234,8 @@ void LinkImage::bindDirectly(TOBFExpr* expr) const
 void LinkImage::tidyFragment(TOBFFragment* fragment) const
 {
     std::list<TOBFInsn*>& insns = fragment->insns();
-    const bool hasPositions = std::any_of(insns.begin(), insns.end(), [](TOBFInsn* insn) {
-        return insn->kind() == TOBFKind::Locus;
-    });
+    const bool hasPositions = std::any_of(
+        insns.begin(), insns.end(), [](TOBFInsn* insn) { return insn->kind() == TOBFKind::Locus; });
     if (hasPositions && !m_options.debugInformation)
         insns.remove_if([](TOBFInsn* insn) { return insn->kind() == TOBFKind::Locus; });
     for (TOBFInsn* insn : insns)
@@ -255,8 +257,8 @@ bool LinkImage::isCollected(TOBFExpr* definition) const
         return false;
     switch (definition->kind()) {
     case TOBFKind::MarkerExpr: {
-        const TOBFFragment* fragment
-            = static_cast<TOBFMarkerExpr*>(definition)->marker()->fragment();
+        const TOBFFragment* fragment =
+            static_cast<TOBFMarkerExpr*>(definition)->marker()->fragment();
         return fragment != nullptr && m_origins.contains(fragment);
     }
     case TOBFKind::SymbolExpr:

@@ -31,7 +31,7 @@ std::vector<std::string_view> splitNames(std::string_view text)
 
 } // namespace
 
-LinkInputs::LinkInputs(Diagnostics& diagnostics) : m_diagnostics(diagnostics) {}
+LinkInputs::LinkInputs(Diagnostics& diagnostics) : m_diagnostics(diagnostics) { }
 
 LinkInputs::~LinkInputs()
 {

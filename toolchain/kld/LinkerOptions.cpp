@@ -30,8 +30,8 @@ ChecksumRequest parseChecksum(const std::string& value)
         {"xor", ChecksumAlgorithm::Xor},
     };
     const std::size_t equals = value.find('=');
-    const auto found
-        = algorithms.find(equals == std::string::npos ? "crc16" : value.substr(equals + 1));
+    const auto found =
+        algorithms.find(equals == std::string::npos ? "crc16" : value.substr(equals + 1));
     if (found == algorithms.end())
         throw HException("unknown checksum in -H" + value);
     return {parsePlacement(value.substr(0, equals)).sections, found->second};
@@ -69,7 +69,8 @@ std::vector<ToolOption> linkerOptionTable(LinkerOptions& options)
          flag(options.jumpThreading)},
         {"-Otm", ToolOption::Flag, "merge equal ends of functions", flag(options.tailMerging)},
     };
-    // Requests that change nothing here: the compiler has done it, or it has no gain on this target.
+    // Requests that change nothing here: the compiler has done it, or it has no gain on this
+    // target.
     for (const char* const accepted : {"-Oxj", "-Ofl", "-Odc", "-Ojc", "-Ocm", "-Obl", "-Ocp"})
         table.push_back({accepted, ToolOption::Flag, nullptr, ignore});
     for (const char* const accepted : {"-Oxc=", "-Oxcx=", "-Oxcp="})

@@ -68,8 +68,8 @@ std::int64_t sectionValue(const LinkImage& image, std::string_view symbol)
 {
     for (const char* const suffix : {"_start", "_end", "_size"}) {
         const std::string_view name = LinkerSymbols::sectionOf(symbol, suffix);
-        TOBFSection* section
-            = name.empty() ? nullptr : image.module()->findSection(HString::intern(name));
+        TOBFSection* section =
+            name.empty() ? nullptr : image.module()->findSection(HString::intern(name));
         if (section == nullptr || section->lowestAddress() == TOBFSection::NoAddress)
             continue;
         const std::string_view kind = suffix;

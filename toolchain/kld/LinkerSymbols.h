@@ -22,7 +22,8 @@ constexpr const char* WatchdogControl = "__watchdog_control";
 constexpr const char* InitTableStart = "__init_table_start";
 constexpr const char* InitTableEnd = "__init_table_end";
 
-/// The section that a name asks about, for the suffix "_start", "_end" or "_size"; empty for others.
+/// The section that a name asks about, for the suffix "_start", "_end" or "_size"; empty for
+/// others.
 std::string_view sectionOf(std::string_view symbol, std::string_view suffix);
 
 /// Whether the linker can give this symbol a value.

@@ -112,8 +112,7 @@ void writeSymbols(MapText& map, const LinkImage& image)
             map.line("  %05llX  %s", static_cast<unsigned long long>(row.value) & 0xFFFFFFFFFULL,
                      row.name.c_str());
     };
-    std::sort(rows.begin(), rows.end(),
-              [](const Row& a, const Row& b) { return a.name < b.name; });
+    std::sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) { return a.name < b.name; });
     write("NAME");
     std::stable_sort(rows.begin(), rows.end(),
                      [](const Row& a, const Row& b) { return a.value < b.value; });

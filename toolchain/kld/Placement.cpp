@@ -29,8 +29,8 @@ std::vector<std::string_view> split(std::string_view text)
 std::uint32_t parseHex(std::string_view digits, std::string_view whole)
 {
     std::uint32_t value = 0;
-    const auto [end, error]
-        = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
+    const auto [end, error] =
+        std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
     if (error != std::errc() || end != digits.data() + digits.size() || value > AddressSpace)
         fail(whole);
     return value;
@@ -41,7 +41,8 @@ MemoryRange parseRange(std::string_view text, std::string_view whole)
     const std::size_t dash = text.find('-');
     if (dash == std::string_view::npos)
         fail(whole);
-    MemoryRange range{parseHex(text.substr(0, dash), whole), parseHex(text.substr(dash + 1), whole)};
+    MemoryRange range{parseHex(text.substr(0, dash), whole),
+                      parseHex(text.substr(dash + 1), whole)};
     if (range.end < range.start)
         fail(whole);
     if (range.end % 2 != 0 || range.end == range.start)

@@ -23,9 +23,9 @@ struct Placement {
 
 /// Reads `NAME,NAME...` or `NAME,NAME...=START-END,START-END...`, the numbers in hexadecimal.
 ///
-/// Some ends name the last address and some the one behind it, depending on who wrote the option. As
-/// memory is given in whole words, an odd end is the last address and an even one is behind it; a
-/// start that is its own end is one byte. Throws HException for anything else.
+/// Some ends name the last address and some the one behind it, depending on who wrote the option.
+/// As memory is given in whole words, an odd end is the last address and an even one is behind it;
+/// a start that is its own end is one byte. Throws HException for anything else.
 Placement parsePlacement(std::string_view text);
 
 /// Free memory, handed out from the front.

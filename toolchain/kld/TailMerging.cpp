@@ -27,7 +27,8 @@ bool isReturn(TOBFInsn* insn)
     return code != nullptr && (code->opcode() == RET || code->opcode() == RETI);
 }
 
-/// Whether an instruction means the same wherever it stands, and both stand at the same stack depth.
+/// Whether an instruction means the same wherever it stands, and both stand at the same stack
+/// depth.
 bool areEqual(TOBFInsn* a, TOBFInsn* b)
 {
     const TOBFMSP430Insn* left = asInsn(a);

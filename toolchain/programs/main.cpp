@@ -7,7 +7,4 @@
 
 void GANTRY_TOOL(std::span<const std::string> words, Diagnostics& diagnostics);
 
-int main(int argc, char** argv)
-{
-    return runTool(TOOL_NAME(GANTRY_TOOL), GANTRY_TOOL, argc, argv);
-}
+int main(int argc, char** argv) { return runTool(TOOL_NAME(GANTRY_TOOL), GANTRY_TOOL, argc, argv); }

@@ -13,9 +13,9 @@
 
 namespace {
 
-constexpr ToolDescription Description
-    = {"kar", "-c LIBRARY OBJECT...  or  kar LIBRARY",
-       "Makes a library of object files, or lists the members of one and the symbols they define."};
+constexpr ToolDescription Description = {
+    "kar", "-c LIBRARY OBJECT...  or  kar LIBRARY",
+    "Makes a library of object files, or lists the members of one and the symbols they define."};
 
 std::string fileName(const std::string& path)
 {
@@ -107,7 +107,8 @@ void kar(std::span<const std::string> words, Diagnostics&)
 {
     bool creating = false;
     const ToolOption options[] = {
-        {"-c", ToolOption::Flag, "create the library", [&](const std::string&) { creating = true; }},
+        {"-c", ToolOption::Flag, "create the library",
+         [&](const std::string&) { creating = true; }},
         {"-V", ToolOption::Flag, nullptr, [](const std::string&) {}},
     };
     if (answerToolHelp(Description, options, words))

@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr ToolDescription Description
-    = {"kls", "FILE -o OUTPUT", "Writes the listing of an executable or object file."};
+constexpr ToolDescription Description = {"kls", "FILE -o OUTPUT",
+                                         "Writes the listing of an executable or object file."};
 
 class ListingText final : public DumpSections {
 public:

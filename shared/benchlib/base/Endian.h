@@ -36,15 +36,18 @@ inline void packNumber(unsigned char* buffer, unsigned offset, std::uint64_t val
     }
 }
 
-inline void packUINT16(unsigned char* buffer, unsigned offset, std::uint16_t value, EndianType endian)
+inline void packUINT16(unsigned char* buffer, unsigned offset, std::uint16_t value,
+                       EndianType endian)
 {
     packNumber(buffer, offset, value, 2, endian);
 }
-inline void packUINT32(unsigned char* buffer, unsigned offset, std::uint32_t value, EndianType endian)
+inline void packUINT32(unsigned char* buffer, unsigned offset, std::uint32_t value,
+                       EndianType endian)
 {
     packNumber(buffer, offset, value, 4, endian);
 }
-inline void packUINT64(unsigned char* buffer, unsigned offset, std::uint64_t value, EndianType endian)
+inline void packUINT64(unsigned char* buffer, unsigned offset, std::uint64_t value,
+                       EndianType endian)
 {
     packNumber(buffer, offset, value, 8, endian);
 }
@@ -81,7 +84,8 @@ inline std::int32_t unpackINT32(const unsigned char* buffer, unsigned offset, En
 /// Reads the number of `size` bytes and takes `bitWidth` bits of it. The shift is `bitOffset` if
 /// `lowFirst`, else counted from the top of the unit that holds the field.
 std::uint64_t unpackBitField(const unsigned char* buffer, unsigned offset, unsigned size,
-                             unsigned bitOffset, unsigned bitWidth, EndianType endian, bool lowFirst);
+                             unsigned bitOffset, unsigned bitWidth, EndianType endian,
+                             bool lowFirst);
 
 /// Replaces those bits by the low bits of `value` and writes the number back.
 void packBitField(unsigned char* buffer, unsigned offset, std::uint64_t value, unsigned size,

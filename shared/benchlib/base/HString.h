@@ -37,8 +37,11 @@ public:
 
 private:
     friend class HStringTable;
-    HString(HString* next, const char* text, std::size_t length, std::size_t hash) :
-        m_next(next), m_text(text), m_length(length), m_hash(hash)
+    HString(HString* next, const char* text, std::size_t length, std::size_t hash)
+        : m_next(next),
+          m_text(text),
+          m_length(length),
+          m_hash(hash)
     {
     }
 

@@ -10,8 +10,8 @@
 class Path {
 public:
     Path() = default;
-    explicit Path(QString path) : m_path(std::move(path)) {}
-    explicit Path(const std::string& path) : m_path(QString::fromStdString(path)) {}
+    explicit Path(QString path) : m_path(std::move(path)) { }
+    explicit Path(const std::string& path) : m_path(QString::fromStdString(path)) { }
 
     bool isEmpty() const { return m_path.isEmpty(); }
 
@@ -20,7 +20,10 @@ public:
     std::string str() const { return m_path.toLocal8Bit().toStdString(); }
 
     friend bool operator==(const Path&, const Path&) = default;
-    friend auto operator<=>(const Path& a, const Path& b) { return a.m_path.compare(b.m_path) <=> 0; }
+    friend auto operator<=>(const Path& a, const Path& b)
+    {
+        return a.m_path.compare(b.m_path) <=> 0;
+    }
 
 private:
     QString m_path;

@@ -3,8 +3,8 @@
 #include <cstddef>
 
 /// An arena. Objects are made in the current pool by PoolObject's operator new, and go with it,
-/// never singly. Chunks of a cleared pool are kept for the next one and never go back to the system,
-/// so that reloading a file does not grow the process.
+/// never singly. Chunks of a cleared pool are kept for the next one and never go back to the
+/// system, so that reloading a file does not grow the process.
 ///
 /// Pools are process-wide and unguarded: one thread at a time.
 class Pool {
@@ -61,7 +61,7 @@ private:
 /// Makes a pool current for a scope.
 class CurrentPool {
 public:
-    explicit CurrentPool(Pool* pool) : m_previous(Pool::setCurrentPool(pool)) {}
+    explicit CurrentPool(Pool* pool) : m_previous(Pool::setCurrentPool(pool)) { }
     ~CurrentPool() { Pool::setCurrentPool(m_previous); }
     CurrentPool(const CurrentPool&) = delete;
     CurrentPool& operator=(const CurrentPool&) = delete;
@@ -79,7 +79,7 @@ public:
         return Pool::currentPool()->allocate(static_cast<unsigned>(size));
     }
     static void* operator new(std::size_t, void* where) { return where; }
-    static void operator delete(void*) {}
+    static void operator delete(void*) { }
 
 protected:
     template <typename T> static void finalizeWithPool(T* object)

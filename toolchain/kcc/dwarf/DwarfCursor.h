@@ -10,8 +10,9 @@
 /// Reads little-endian numbers and LEB128 from a span. Throws HException beyond its end.
 class DwarfCursor {
 public:
-    explicit DwarfCursor(std::span<const std::uint8_t> bytes, std::size_t at = 0) :
-        m_bytes(bytes), m_at(at)
+    explicit DwarfCursor(std::span<const std::uint8_t> bytes, std::size_t at = 0)
+        : m_bytes(bytes),
+          m_at(at)
     {
         if (at > bytes.size())
             fail();

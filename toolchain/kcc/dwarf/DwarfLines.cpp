@@ -33,8 +33,10 @@ struct FileEntry {
 
 class LineReader {
 public:
-    LineReader(const ElfObject& elf, const ElfSection& section, std::size_t offset) :
-        m_elf(elf), m_section(section), m_cursor(section.data, offset)
+    LineReader(const ElfObject& elf, const ElfSection& section, std::size_t offset)
+        : m_elf(elf),
+          m_section(section),
+          m_cursor(section.data, offset)
     {
     }
 
