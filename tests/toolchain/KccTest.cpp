@@ -6,6 +6,7 @@
 #include "objfile/model/TOBFType.h"
 #include "toolchain/ToolTestSupport.h"
 #include "toolchain/common/Dependencies.h"
+#include "toolchain/common/ObjectOutput.h"
 #include "toolchain/kcc/VectorPragma.h"
 
 #include <gmock/gmock.h>
@@ -241,6 +242,24 @@ TEST_F(Kcc, DependenciesAreTold)
     EXPECT_EQ(compile("#include \"x.h\"\nint n = N;\n"), "");
     EXPECT_EQ(m_module->attribute(HString::intern("dependencies"))->str(),
               (m_folder / "x.c") + ";" + (m_folder / "x.h"));
+}
+
+TEST_F(Kcc, ObjectsAreTheSameBytesWhenWrittenAgain)
+{
+    for (const char* const level : {"-Or-", "-O-9"}) {
+        EXPECT_EQ(compile("struct s { struct s *next; int bits : 3; } list; static const char "
+                          "text[] = \"abc\";"
+                          "int f(int n) { switch (n) { case 1: return text[n]; case 2: return 7; "
+                          "case 3: return 1;"
+                          " case 4: return 9; case 5: return 3; } for (int i = 0; i < n; i++) "
+                          "list.bits += i; return 0; }"
+                          "__attribute__((interrupt(5))) void isr(void) { list.bits++; }",
+                          {"-g", level}),
+                  "");
+        const std::string again = m_folder / "again.kvo";
+        writeObjectFile(m_module.get(), again);
+        EXPECT_EQ(m_folder.read("again.kvo"), m_folder.read("x.kvo")) << level;
+    }
 }
 
 TEST_F(Kcc, VectorsComeFromThePragma)
