@@ -150,14 +150,23 @@ def first_difference(ours, theirs):
     return f"{len(ours.splitlines())} lines in place of {len(theirs.splitlines())}"
 
 
-def debugger_result(image, exit_address, peripherals):
-    """R12 at the call of exit under mspdebug, in its low byte the status."""
+def debugger_registers(image, exit_address, peripherals):
+    """The registers at the call of exit under mspdebug, by name."""
     result = run(["mspdebug", "-q", "sim", *peripherals, f"prog {image}", f"setbreak {exit_address}",
                   "reset", "run", "regs"], image.parent)
-    found = re.findall(r"R12: 0?([0-9a-f]{4})", result.stdout.decode(errors="replace"))
-    if not found:
-        raise Failure("mspdebug: " + result.stdout.decode(errors="replace")[-200:])
-    return int(found[-1], 16) & 0xff
+    text = result.stdout.decode(errors="replace")
+    found = re.findall(r"\(\s*(PC|SP|R\d+): ([0-9a-f]+)\)", text)
+    if len(found) < 15:
+        raise Failure("mspdebug: " + text[-200:])
+    return {name: int(value, 16) for name, value in found[-15:]}
+
+
+def simulator_registers(toolchain, program, exit_address):
+    """The same under our simulator. The status register is left out: mspdebug sets V otherwise."""
+    result = run([toolchain.tool("gantry"), "run", program, "--device", toolchain.device, "--break",
+                  exit_address, "--registers", "--max-cycles", MAX_CYCLES], program.parent)
+    pairs = re.findall(r"^(PC|SP|R\d+) ([0-9a-f]{5})$", result.stdout.decode(), re.MULTILINE)
+    return {name: int(value, 16) for name, value in pairs}
 
 
 def symbol_address(map_file, name):
@@ -179,11 +188,13 @@ def check(toolchain, source, level):
         if result.returncode != status:
             raise Failure(f"status {result.returncode} in place of {status}")
         if source.stem.startswith("silent_") and toolchain.has_peer:
-            image = toolchain.image(program)
-            under_debugger = debugger_result(
-                image, symbol_address(program.with_suffix(".map"), "exit"), toolchain.peripherals)
-            if under_debugger != status:
-                raise Failure(f"status {under_debugger} under mspdebug in place of {status}")
+            exit_address = symbol_address(program.with_suffix(".map"), "exit")
+            ours = simulator_registers(toolchain, program, exit_address)
+            theirs = debugger_registers(toolchain.image(program), exit_address, toolchain.peripherals)
+            if ours["R12"] & 0xff != status:
+                raise Failure(f"R12 is {ours['R12']:05x} at exit, the status {status}")
+            if ours != theirs:
+                raise Failure(f"registers {ours} in place of {theirs} under mspdebug")
 
 
 def main():
