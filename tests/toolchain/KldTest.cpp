@@ -253,7 +253,6 @@ TEST_F(Kld, WeakDefinitionsGiveWay)
     const std::string weak = assemble("weak", "\t.weak f\n\t.global f\nf:\tmov r1, r2\n\tret\n");
     const std::string strong = assemble("strong", "\t.global f\nf:\tmov r3, r4\n\tret\n");
     const std::string start = assemble("start", "\t.global __reset\n__reset:\tcall #f\n\tret\n");
-    const std::string expected = words(0, 0);
     EXPECT_EQ(link({start, weak, strong}), "");
     EXPECT_EQ(words(0x4006, 1), "4304");
     EXPECT_EQ(link({start, strong, weak}), "");

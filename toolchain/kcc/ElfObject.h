@@ -32,7 +32,6 @@ struct ElfSection {
     bool isAllocated() const;
     bool isCode() const;
     bool isWritable() const;
-    bool hasContents() const { return !data.empty() || size == 0; }
 };
 
 struct ElfSymbol {

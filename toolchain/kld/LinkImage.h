@@ -10,12 +10,6 @@
 class TOBFExpr;
 class TOBFMarker;
 
-/// A symbol whose value the linker gives.
-struct LinkerSymbol {
-    TOBFSymbol* symbol = nullptr;
-    std::string name;
-};
-
 /// The executable that is being put together: the reachable fragments in their sections, and what
 /// the linker itself adds.
 class LinkImage {

@@ -49,13 +49,12 @@ void LinkInputs::add(const std::string& path)
     addModule(path, {stream.data(), stream.data() + stream.size()}, false);
 }
 
-TOBFModule* LinkInputs::read(const std::string& name, const std::vector<unsigned char>& bytes,
-                             bool quickly)
+TOBFModule* LinkInputs::read(const std::string& name, const std::vector<unsigned char>& bytes)
 {
     const HByteStream stream(bytes.data(), bytes.size());
     TOBFMSP430Reader reader(&stream, true);
     try {
-        TOBFModule* module = quickly ? reader.readFileQuickly() : reader.readFile();
+        TOBFModule* module = reader.readFile();
         if (module == nullptr)
             throw HException("it holds no module");
         return module;
@@ -69,7 +68,7 @@ void LinkInputs::addModule(std::string name, const std::vector<unsigned char>& b
 {
     LinkModule& added = m_modules.emplace_back();
     added.name = std::move(name);
-    added.module = read(added.name, bytes, false);
+    added.module = read(added.name, bytes);
     if (HString* weak = added.module->attribute(HString::intern("weak")))
         for (const std::string_view symbol : splitNames(weak->view()))
             added.weak.insert(HString::intern(symbol));
@@ -143,7 +142,7 @@ void LinkInputs::indexMembers(Library& library)
         const std::string name = library.path + "(" + library.members[i]->name + ")";
         if (!library.archive.readMember(*library.members[i], bytes))
             throw HException("can't read file " + name);
-        TOBFModule* module = read(name, bytes, false);
+        TOBFModule* module = read(name, bytes);
         for (const auto& [symbolName, symbol] : module->publicSymbols())
             m_members.emplace(symbolName, Member{&library, i});
         TOBFReader::release(module);

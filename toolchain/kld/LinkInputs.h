@@ -62,8 +62,7 @@ private:
     void redefine(Definition& old, const Definition& better);
     void addLibrary(const std::string& path);
     void indexMembers(Library& library);
-    TOBFModule* read(const std::string& name, const std::vector<unsigned char>& bytes,
-                     bool quickly);
+    TOBFModule* read(const std::string& name, const std::vector<unsigned char>& bytes);
 
     Diagnostics& m_diagnostics;
     std::deque<LinkModule> m_modules;
