@@ -11,6 +11,12 @@
 /// The nodes live in the document's pool and go with it. Text is held as bytes; numeric references
 /// stand for bytes. The writing rules are fixed to the byte, so that files don't change from being
 /// read and written again.
+///
+/// Written, every element has a line of its own, but for what stands in an element that holds text
+/// or a section: there no blank is added, since it would be text when read again. Text that is
+/// nothing but blanks isn't kept. An attribute that an element has twice is an error.
+///
+/// Documents of any depth are read, written and destroyed without recursion.
 class XMLDocument {
 public:
     XMLDocument() = default;
@@ -41,6 +47,8 @@ public:
     /// Made in the document's pool, in no tree yet.
     XMLElement* createElement(const QByteArray& tag);
     XMLNode* createText(XMLNode::Kind kind, const QByteArray& text);
+    /// A copy of the element with all that it holds, lines included.
+    XMLElement* copyElement(const XMLElement& element);
 
     /// The pool of the nodes. Nodes of another document may be taken into this one's tree as long
     /// as that document lives.
@@ -59,8 +67,15 @@ protected:
     bool fail(const QString& text, int line);
 
 private:
+    friend class XMLReader;
+
+    XMLNode* copyNode(const XMLNode& node);
+
     Pool m_pool;
     XMLElement* m_documentElement = nullptr;
+    /// The comments in front of the document element and behind it.
+    std::vector<XMLNode*> m_prolog;
+    std::vector<XMLNode*> m_epilog;
     QString m_documentType;
     QString m_errorText;
     int m_errorLine = 0;

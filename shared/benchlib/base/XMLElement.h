@@ -36,6 +36,8 @@ public:
     XMLNode* firstChild() const { return m_firstChild; }
     XMLNode* lastChild() const { return m_lastChild; }
     XMLElement* firstChildElement() const;
+    /// The first child element of that tag, or null.
+    XMLElement* firstChildElement(const char* tag) const;
     /// The next sibling that is an element.
     XMLElement* nextElement() const;
 
@@ -69,6 +71,12 @@ public:
 private:
     friend class XMLDocument;
     friend class XMLReader;
+
+    XMLAttribute* findAttribute(const char* name);
+    const XMLAttribute* findAttribute(const char* name) const
+    {
+        return const_cast<XMLElement*>(this)->findAttribute(name);
+    }
 
     std::vector<XMLAttribute> m_attributes;
     XMLNode* m_firstChild = nullptr;

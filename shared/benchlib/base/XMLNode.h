@@ -25,11 +25,16 @@ public:
     /// The text of a node that isn't an element, with references resolved.
     const QByteArray& text() const { return m_text; }
 
+    virtual ~XMLNode() = default;
+    XMLNode(const XMLNode&) = delete;
+    XMLNode& operator=(const XMLNode&) = delete;
+
 protected:
     friend class XMLDocument;
     friend class XMLElement;
     friend class XMLReader;
 
+    /// Has itself destroyed with the pool; derived classes need nothing for that.
     XMLNode(Kind kind, const QByteArray& text);
 
     Kind m_kind;
