@@ -166,7 +166,7 @@ MacroMap BuildSystem::macros(ProjectElement* element, const QString& configurati
     macros.insert(u"ProjectNodeName"_s, element ? element->getName() : QString());
     if (element && element->isFile()) {
         const Path& path = element->path();
-        macros.insert(u"InputDir"_s, path.directory());
+        macros.insert(u"InputDir"_s, path.directory().osPath());
         macros.insert(u"InputName"_s, path.baseName());
         macros.insert(u"InputFileName"_s, path.fileName());
         macros.insert(u"InputExt"_s, path.extension());

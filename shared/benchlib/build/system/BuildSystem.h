@@ -11,6 +11,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <span>
 #include <vector>
 
 class Builder;

@@ -483,7 +483,7 @@ bool StandardBuildSystem::isThere(const QString& directory, const QString& path,
 
 QString StandardBuildSystem::besideOutput(const QString& output, const QString& extension)
 {
-    return Path(output).directory() + u'/' + Path(output).baseName() + extension;
+    return Path(output).directory().osPath() + u'/' + Path(output).baseName() + extension;
 }
 
 bool StandardBuildSystem::mapOutputFileUpToDate(ProjectElement* element,

@@ -72,6 +72,7 @@ public:
     /// error text set on failure; "kxc" and "kmh" become the product's own programs.
     bool builtinCommand(const QString& directory, QStringList& command,
                         QString& errorText) override;
+    bool isProject(const ProjectElement* element) const override { return element->isProject(); }
     bool cancelled() const override { return BuildSystem::cancelled(); }
     void setCancelled() override { BuildSystem::setCancelled(); }
     void setFailed() override { BuildSystem::setFailed(); }

@@ -310,13 +310,14 @@ void TOBFBuildSystem::link(const Step& step, Builder* builder)
     if (!appendBuildOptions(step.element, step.configuration, step.action, line.words, builder))
         return;
 
-    builder->beginGroup(step.element, u"Linking "_s + Path(step.output).fileName());
+    // Not the project's own group, which shows its progress.
+    builder->beginGroup(nullptr, u"Linking "_s + Path(step.output).fileName());
     runCommand(builder, step.element->projectDirectory(), line.words, {step.absoluteOutput});
     if (!stopped())
         convert(step, builder);
     if (!stopped())
         list(step, builder);
-    builder->endGroup(step.element);
+    builder->endGroup(nullptr);
 }
 
 bool TOBFBuildSystem::addPlacement(CommandLine& line, Builder* builder)
@@ -421,11 +422,11 @@ void TOBFBuildSystem::list(const Step& step, Builder* builder)
 void TOBFBuildSystem::archive(const Step& step, Builder* builder)
 {
     builder->init();
-    builder->beginGroup(step.element, u"Archiving "_s + Path(step.output).fileName());
+    builder->beginGroup(nullptr, u"Archiving "_s + Path(step.output).fileName());
     runCommand(builder, step.element->projectDirectory(),
                QStringList{toolPath("kar"), u"-c"_s, step.output} + step.inputs,
                {step.absoluteOutput});
-    builder->endGroup(step.element);
+    builder->endGroup(nullptr);
 }
 
 void TOBFBuildSystem::preprocess(ProjectElement* element, const QString& configuration,
@@ -433,7 +434,7 @@ void TOBFBuildSystem::preprocess(ProjectElement* element, const QString& configu
 {
     const Path path = element->path();
     const QString output
-        = path.directory() + u'/' + path.baseName() + u"_PP."_s + path.extension();
+        = path.directory().osPath() + u'/' + path.baseName() + u"_PP."_s + path.extension();
     builder->init();
     CommandLine line(*this, element, configuration);
     line << toolPath("kcc") << u"-E"_s;

@@ -64,6 +64,8 @@ bool ProjectElement::kindOfTag(const QByteArray& tag, Kind& kind)
     return false;
 }
 
+ProjectElement::ProjectElement(Kind kind) : m_kind(kind) { }
+
 ProjectElement::~ProjectElement()
 {
     qDeleteAll(m_configurations);

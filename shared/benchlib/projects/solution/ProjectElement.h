@@ -36,7 +36,7 @@ class ProjectElement {
 public:
     enum class Kind { Solution, Configuration, Project, Folder, File };
 
-    explicit ProjectElement(Kind kind) : m_kind(kind) { }
+    explicit ProjectElement(Kind kind);
     ~ProjectElement();
     ProjectElement(const ProjectElement&) = delete;
     ProjectElement& operator=(const ProjectElement&) = delete;
