@@ -3,6 +3,8 @@
 #include <QLocale>
 #include <QStringList>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

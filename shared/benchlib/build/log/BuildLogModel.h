@@ -34,7 +34,7 @@ public:
         /// Text Editor/Diagnostic Cycle Mode
         CycleMode diagnosticCycleMode = CycleMode::BySeverity;
         /// Characters of tool output that are kept, each line counted as 100 more.
-        qint64 outputLimit = 64'000'000;
+        qint64 outputLimit = 32'000'000;
     };
     /// A monotonic time.
     using Clock = std::function<BuildLogItem::Time()>;
