@@ -28,11 +28,29 @@ bool XMLDocument::loadFromBytes(const QByteArray& bytes)
     clear();
     m_errorText.clear();
     m_errorLine = 0;
+    XMLReader reader(*this, bytes);
     try {
-        XMLReader(*this, bytes).read();
-        return true;
+        reader.read();
     } catch (const XMLReader::Error& error) {
         return fail(error.text, error.line);
+    }
+    m_documentElement = reader.documentElement();
+    m_documentType = reader.documentType();
+    m_prolog = reader.prolog();
+    m_epilog = reader.epilog();
+    return true;
+}
+
+XMLElement* XMLDocument::readElement(const QByteArray& bytes, QString& errorText, int& errorLine)
+{
+    XMLReader reader(*this, bytes);
+    try {
+        reader.read();
+        return reader.documentElement();
+    } catch (const XMLReader::Error& error) {
+        errorText = error.text;
+        errorLine = error.line;
+        return nullptr;
     }
 }
 

@@ -63,12 +63,15 @@ protected:
     /// answers with its own. Called with the document's pool as the current one.
     virtual XMLElement* newElement(const QByteArray& tag);
 
+    /// Reads the bytes of another file as an element of this document, in no tree yet. Null with
+    /// the error set if they aren't well-formed.
+    XMLElement* readElement(const QByteArray& bytes, QString& errorText, int& errorLine);
+
     void clear();
+    /// Clears the document, sets the error and answers false.
     bool fail(const QString& text, int line);
 
 private:
-    friend class XMLReader;
-
     XMLNode* copyNode(const XMLNode& node);
 
     Pool m_pool;

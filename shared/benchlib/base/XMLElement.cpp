@@ -47,6 +47,11 @@ void XMLElement::setAttributeBytes(const QByteArray& name, const QByteArray& val
         m_attributes.push_back({name, value});
 }
 
+void XMLElement::setAttributeAt(std::size_t index, const QString& value)
+{
+    m_attributes[index].value = value.toUtf8();
+}
+
 void XMLElement::removeAttribute(const char* name)
 {
     std::erase_if(m_attributes,
@@ -75,6 +80,17 @@ XMLElement* XMLElement::nextElement() const
     while (node != nullptr && node->kind() != Kind::Element)
         node = node->nextSibling();
     return static_cast<XMLElement*>(node);
+}
+
+XMLElement* XMLElement::next(const XMLElement* root) const
+{
+    if (XMLElement* child = firstChildElement())
+        return child;
+    for (const XMLElement* element = this; element != root; element = element->parent()) {
+        if (XMLElement* sibling = element->nextElement())
+            return sibling;
+    }
+    return nullptr;
 }
 
 void XMLElement::insertBefore(XMLNode* node, XMLNode* before)

@@ -30,6 +30,8 @@ public:
     /// Changes the attribute in its place, or adds it behind the others.
     void setAttribute(const QByteArray& name, const QString& value);
     void setAttributeBytes(const QByteArray& name, const QByteArray& value);
+    /// `index` counts in attributes().
+    void setAttributeAt(std::size_t index, const QString& value);
     void removeAttribute(const char* name);
     const std::vector<XMLAttribute>& attributes() const { return m_attributes; }
 
@@ -40,6 +42,9 @@ public:
     XMLElement* firstChildElement(const char* tag) const;
     /// The next sibling that is an element.
     XMLElement* nextElement() const;
+    /// The next element in document order of those in `root`, which this one is or is in; null
+    /// behind the last one.
+    XMLElement* next(const XMLElement* root) const;
 
     /// A node that is taken into the tree is taken out of where it stood. A null `before` appends.
     void insertBefore(XMLNode* node, XMLNode* before);

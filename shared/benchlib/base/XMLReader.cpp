@@ -66,7 +66,7 @@ void XMLReader::readProlog()
         if (startsWith("<?"))
             skipInstruction();
         else if (startsWith("<!--"))
-            m_document.m_prolog.push_back(readComment());
+            m_prolog.push_back(readComment());
         else if (startsWith("<!DOCTYPE"))
             readDocumentType();
         else if (startsWith("<!") || startsWith("</") || *m_at != '<')
@@ -108,7 +108,7 @@ void XMLReader::readEpilog()
         if (startsWith("<?"))
             skipInstruction();
         else if (startsWith("<!--"))
-            m_document.m_epilog.push_back(readComment());
+            m_epilog.push_back(readComment());
         else
             fail(u"text behind the document element"_s, line());
     }
@@ -120,7 +120,7 @@ void XMLReader::readDocumentType()
     const int start = line();
     m_at += std::strlen("<!DOCTYPE");
     skipBlanks();
-    m_document.m_documentType = QString::fromUtf8(name());
+    m_documentType = QString::fromUtf8(name());
     bool declarations = false;
     while (!atEnd() && (declarations || *m_at != '>')) {
         if (declarations && startsWith("<!--")) {
@@ -145,9 +145,9 @@ void XMLReader::readElement()
     const QByteArrayView tag = name();
     if (tag.isEmpty())
         fail(u"a tag's name is missing behind <"_s, start);
-    XMLElement* element = m_document.newElement(shared(tag));
+    XMLElement* element = m_document.createElement(shared(tag));
     if (m_parent == nullptr)
-        m_document.m_documentElement = element;
+        m_documentElement = element;
     appendNode(element, start);
 
     skipBlanks();

@@ -6,9 +6,12 @@
 #include <QHash>
 #include <QString>
 
+#include <vector>
+
 class XMLDocument;
 
-/// Reads the bytes of a file into a document. One pass; the depth of the elements costs no stack.
+/// Reads the bytes of a file as nodes of a document. One pass; the depth of the elements costs no
+/// stack.
 class XMLReader {
 public:
     /// What is wrong with the file; the line is 1-based.
@@ -17,11 +20,19 @@ public:
         int line;
     };
 
-    /// The document must be empty, and the bytes stay until the end.
+    /// Nodes are made by the document and in its pool; nothing else of it is changed. The bytes
+    /// must stay until the end.
     XMLReader(XMLDocument& document, QByteArrayView bytes);
 
-    /// Throws an Error; the document then holds what was read so far.
+    /// Throws an Error.
     void read();
+
+    /// The outermost element, never null.
+    XMLElement* documentElement() const { return m_documentElement; }
+    const QString& documentType() const { return m_documentType; }
+    /// The comments in front of the outermost element and behind it.
+    const std::vector<XMLNode*>& prolog() const { return m_prolog; }
+    const std::vector<XMLNode*>& epilog() const { return m_epilog; }
 
 private:
     void readProlog();
@@ -57,6 +68,10 @@ private:
     const char* m_end;
     const char* m_counted; ///< lines are counted up to here
     int m_line = 1;
+    XMLElement* m_documentElement = nullptr;
+    QString m_documentType;
+    std::vector<XMLNode*> m_prolog;
+    std::vector<XMLNode*> m_epilog;
     XMLElement* m_parent = nullptr;            ///< the innermost open element
     QHash<QByteArrayView, QByteArray> m_names; ///< one copy of each tag and attribute name
 };
