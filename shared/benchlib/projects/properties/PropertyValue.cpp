@@ -1,5 +1,6 @@
 #include "projects/properties/PropertyValue.h"
 
+#include "base/HexString.h"
 #include "projects/macros/MacroSystem.h"
 
 #include <QDebug>
@@ -14,12 +15,12 @@ bool isChoice(const PropertyClass* propertyClass)
     return propertyClass->type() == Type::Boolean || propertyClass->type() == Type::Enumeration;
 }
 
-/// A form that QString::toInt reads with base 0, negative numbers with their sign in front.
-QString toHexString(int value)
+/// A form that QString::toInt reads with base 0.
+QString signedHexString(int value)
 {
     const qint64 number = value;
-    return number < 0 ? "-0x"_L1 + QString::number(-number, 16)
-                      : "0x"_L1 + QString::number(number, 16);
+    return number < 0 ? u'-' + toHexString(static_cast<quint64>(-number))
+                      : toHexString(static_cast<quint64>(number));
 }
 
 } // namespace
@@ -73,7 +74,7 @@ void PropertyValue::setValue(int value)
         setPropertyValue(choices.value(value));
         break;
     }
-    case Type::IntegerHex: setPropertyValue(toHexString(value)); break;
+    case Type::IntegerHex: setPropertyValue(signedHexString(value)); break;
     case Type::Integer:
     case Type::IntegerRange: setPropertyValue(QString::number(value)); break;
     default: qWarning("PropertyValue::setValue(int): Setting a non-integer property"); break;
