@@ -42,10 +42,13 @@ public:
     /// honoured.
     int toInt() const;
     QStringList toStringList(bool keepEmpty = false) const;
+    /// A null rectangle if the text isn't of four numbers.
     QRect toRect() const;
 
-    /// Warn and store nothing for a value of the wrong kind.
+    /// For Boolean and Enumeration the index of a choice. Warns for another index, which stores
+    /// the null string, and for a property that isn't a number, which stays as it was.
     void setValue(int value);
+    /// 0 or 1; warns if the property isn't a Boolean.
     void setValue(bool value);
     void setValue(const QString& value);
     void setValue(const char* value);
@@ -59,7 +62,7 @@ public:
     void setValue(const QColor& value);
     void setValue(const QFont& value);
     /// An exclusive group with one toggle action per entry of enumerates(), the current one on;
-    /// choosing one sets the value.
+    /// choosing one sets the value, which must live as long as the group.
     QActionGroup* actionGroup(QObject* parent);
 
 private:

@@ -1,0 +1,3 @@
+#include "projects/properties/StringProvider.h"
+
+StringProvider* stringProvider = nullptr;
