@@ -148,12 +148,17 @@ void StandardProjectSystem::appendFileProperties(PropertyClassList& list, Projec
         append(list, {"build_object_file_name"});
 }
 
+void StandardProjectSystem::useGroupFileOf(ProjectElement* element, const QString& configuration)
+{
+    propertyGroups().setGroupFile(m_buildSystem->settingForExpanded(
+        element, m_buildSystem->propertyClass("property_groups_file_path"), configuration));
+}
+
 void StandardProjectSystem::appendPropertyGroups(PropertyClassList& list, ProjectElement* element,
                                                  const QString& configuration)
 {
-    const PropertyClass* file = m_buildSystem->propertyClass("property_groups_file_path");
-    list.appendUnique(file);
-    propertyGroups().setGroupFile(m_buildSystem->settingForExpanded(element, file, configuration));
+    list.appendUnique(m_buildSystem->propertyClass("property_groups_file_path"));
+    useGroupFileOf(element, configuration);
     for (const PropertyValueGroupClass* group : propertyGroups().classes())
         list.appendUnique(group);
 }

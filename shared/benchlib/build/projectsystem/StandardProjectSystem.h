@@ -19,6 +19,7 @@ public:
     PropertyClassList applicableSettingsFor(ProjectElement* element,
                                             const QString& configuration) override;
     QString getFileType(const ProjectElement* element) const override;
+    void useGroupFileOf(ProjectElement* element, const QString& configuration) override;
 
     virtual void appendCompilerProperties(PropertyClassList& list);
     virtual void appendCCompilerProperties(PropertyClassList& list);

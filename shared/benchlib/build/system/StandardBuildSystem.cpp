@@ -337,8 +337,7 @@ bool StandardBuildSystem::platformBuild(ProjectElement* element, const QString& 
 {
     if (element->isProject() && builder)
         builder->setTotalSteps(element, countJobs(element, configuration, mode));
-    projectSystem->propertyGroups().setGroupFile(
-        expandedSetting(element, "property_groups_file_path", configuration));
+    projectSystem->useGroupFileOf(element, configuration);
     m_packages.clear();
     const bool rebuilt = platformBuild1(element, {configuration, builder, mode});
     QString errorText;

@@ -47,6 +47,8 @@ public:
     virtual QString executableFileExtension() const { return {}; }
     /// Brings the tree of a file of an older version up to date.
     virtual void munge(ProjectElement* element);
+    /// Makes the file of property groups that the element's settings name the one in use.
+    virtual void useGroupFileOf(ProjectElement*, const QString&) { }
 
     // Properties
 

@@ -60,6 +60,7 @@ void ProjectTemplates::createProjectFromTemplate(ProjectElement* solution, Proje
 {
     projectSystem->setProperty(project, u"project_type"_s, CommonConfiguration,
                                description.attribute("type"), false);
+    projectSystem->useGroupFileOf(project, CommonConfiguration);
     createFromTemplate({solution, project, project}, description);
 }
 
