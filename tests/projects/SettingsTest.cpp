@@ -1,6 +1,7 @@
 #include "projects/settings/Settings.h"
 #include "ProjectTestSupport.h"
 #include "TestFolder.h"
+#include "projects/settings/BenchDescription.h"
 #include "projects/settings/GantryBenchEnvironmentSettings.h"
 #include "projects/settings/XmlText.h"
 
@@ -169,7 +170,7 @@ TEST(SettingsTest, UnreadableFilesAreNoErrorAndKept)
 {
     const TestFolder folder;
     std::string deep;
-    for (int i = 0; i < 300000; ++i)
+    for (int i = 0; i < 50000; ++i)
         deep += "<a>";
     const std::string damaged[] = {"",
                                    "not XML",
@@ -482,6 +483,78 @@ TEST_F(EnvironmentTest, SavesByItselfWhereAnEventLoopRuns)
     start(second);
     EXPECT_TRUE(timer(second)->isActive());
     EXPECT_EQ(timer(second)->interval(), 60000);
+}
+
+/// A description that is the string provider while it lives.
+struct InstalledDescription : BenchDescription {
+    InstalledDescription() { stringProvider = this; }
+    ~InstalledDescription() override { stringProvider = nullptr; }
+};
+
+TEST(BenchDescriptionTest, FirstSchemesOfEachKind)
+{
+    const TestFolder folder;
+    BenchDescription description;
+    const QString path = QString::fromStdString(folder.write(
+        "bench.xml",
+        "<bench><if platform=\"MSP430\"><messagescheme>"
+        "<item name=\"FileOpen\"><text>Open</text><tip>Opens &lt;a&gt; file</tip></item>"
+        "<item name=\"A/B\"><suffix> lines</suffix></item><other name=\"X\"><text>x</text></other>"
+        "</messagescheme></if>"
+        "<messagescheme><item name=\"FileOpen\"><text>Second</text></item></messagescheme>"
+        "<keyscheme><item name=\"FileOpen\"><key>Ctrl+O</key></item></keyscheme></bench>"));
+    ASSERT_TRUE(description.load(path));
+    EXPECT_EQ(description.message(u"FileOpen.text"_s), u"Open"_s);
+    EXPECT_EQ(description.message(u"FileOpen.tip"_s), u"Opens <a> file"_s);
+    EXPECT_EQ(description.message(u"FileOpen.key"_s), u"Ctrl+O"_s);
+    EXPECT_EQ(description.message(u"A/B.suffix"_s), u" lines"_s);
+    EXPECT_EQ(description.message(u"X.text"_s), QString());
+
+    QString error;
+    int line = 0;
+    EXPECT_FALSE(description.load(
+        QString::fromStdString(folder.write("bad.xml", "<bench>\n<item></bench>")), &error, &line));
+    EXPECT_FALSE(error.isEmpty());
+    EXPECT_EQ(line, 2);
+    EXPECT_FALSE(description.load(QString::fromStdString(folder / "none.xml")));
+    EXPECT_EQ(description.message(u"FileOpen.text"_s), u"Open"_s);
+}
+
+TEST(BenchDescriptionTest, InstalledFileDescribesEveryKeyedSetting)
+{
+    EnvironmentSettings withoutTexts;
+    withoutTexts.createEntries();
+    InstalledDescription description;
+    ASSERT_TRUE(description.load(QStringLiteral(GANTRY_ROOT_TREE "/bin/bench.xml")));
+    EnvironmentSettings settings;
+    settings.createEntries();
+
+    int keyed = 0;
+    for (const auto* without : withoutTexts.findChildren<EnvironmentPropertyValue*>()) {
+        if (!without->propertyClass()->page().isEmpty())
+            continue;
+        ++keyed;
+        const EnvironmentPropertyValue* value =
+            settings.findProperty(without->propertyClass()->saveName());
+        const PropertyClass& described = *value->propertyClass();
+        SCOPED_TRACE(described.saveName().toStdString());
+        EXPECT_FALSE(described.group().isEmpty());
+        EXPECT_FALSE(described.shortDescription().isEmpty());
+        EXPECT_TRUE(described.longDescription().endsWith(u'.'));
+        EXPECT_EQ(settings.category(described.page()).find(&described), value);
+        const QStringList& choices = described.enumerates();
+        EXPECT_TRUE(choices.isEmpty() || choices.contains(described.defaultValue()));
+        EXPECT_TRUE(choices.size() > 1 || described.type() != PropertyClass::Type::Enumeration);
+        if (described.type() == PropertyClass::Type::IntegerRange) {
+            EXPECT_GE(value->toInt(), described.minimum());
+            EXPECT_LE(value->toInt(), described.maximum());
+        }
+    }
+    EXPECT_EQ(keyed, 77);
+    EXPECT_EQ(settings.categories().size(), 6) << "no page but the six";
+    EXPECT_EQ(settings.diagnosticCycleMode->toInt(), 0);
+    EXPECT_EQ(settings.packageDestinationDirectory->toString(), u"$(BenchDir)/packages"_s);
+    EXPECT_EQ(settings.maxWindowMenuItems->propertyClass()->suffix(), u" items"_s);
 }
 
 } // namespace

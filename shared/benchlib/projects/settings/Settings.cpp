@@ -18,13 +18,10 @@ namespace {
 
 constexpr auto DocumentType = "Gantry_Settings_File"_L1;
 
-/// A document that is nested very deeply takes minutes to read. Small files never do.
-bool isTooDeep(const QByteArray& bytes)
+/// Qt's nodes destroy one another by recursion; a settings file needs two levels.
+bool nestsTooDeeply(const QByteArray& bytes)
 {
-    constexpr qsizetype smallFile = 65536;
-    constexpr int deepest = 1000;
-    if (bytes.size() <= smallFile)
-        return false;
+    constexpr int deepest = 100;
     QXmlStreamReader reader(bytes);
     int depth = 0;
     while (depth <= deepest && !reader.atEnd()) {
@@ -110,7 +107,7 @@ std::optional<Settings::Entries> Settings::load()
         return {};
     const QByteArray bytes = file.readAll();
     QDomDocument document(DocumentType);
-    if (isTooDeep(bytes) || !document.setContent(bytes))
+    if (nestsTooDeeply(bytes) || !document.setContent(bytes))
         return {};
     m_unread = false;
     Entries entries;
