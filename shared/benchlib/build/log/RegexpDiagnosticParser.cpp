@@ -12,7 +12,7 @@ QString RegexpDiagnosticParser::setRegexp(DiagnosticData::Level level, const QSt
     stored = QRegularExpression(expression);
     if (stored.isValid())
         return {};
-    const QString fault = stored.errorString();
+    QString fault = stored.errorString();
     stored = QRegularExpression();
     return fault;
 }

@@ -46,7 +46,7 @@ std::optional<QString> OutputLines::rest()
 
 QString OutputLines::take(qsizetype size, qsizetype endSize)
 {
-    const QString line = QString::fromUtf8(m_bytes.constData() + m_begin, size);
+    QString line = QString::fromUtf8(m_bytes.constData() + m_begin, size);
     m_begin += size + endSize;
     m_searched = std::max(m_searched, m_begin);
     return line;
