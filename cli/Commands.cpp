@@ -1,3 +1,4 @@
+#include "cli/BuildCommand.h"
 #include "cli/Command.h"
 #include "cli/ConvertCommand.h"
 #include "cli/DumpCommand.h"
@@ -8,6 +9,10 @@
 std::span<const Command> commands()
 {
     static const std::vector<Command> all = {
+        {"build",
+         "SOLUTION [--configuration NAME]... [--project NAME] [--batch] [--rebuild|--clean] "
+         "[--command-lines] [--export] [--set NAME=VALUE]...",
+         buildCommand},
         {"convert", "IN OUT [--from ID] [--to ID] [--address A] [--fill BYTE]", convertCommand},
         {"dump", "FILE [--sections] [--symbols] [--types] [--lines] [--listing] [--disassembly]",
          dumpCommand},

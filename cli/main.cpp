@@ -1,6 +1,8 @@
 #include "base/HException.h"
 #include "cli/Command.h"
 
+#include <QCoreApplication>
+
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -46,6 +48,7 @@ int main(int argc, char** argv)
         std::printf("gantry %s\n", GANTRY_VERSION);
         return 0;
     }
+    const QCoreApplication application(argc, argv);
     for (const Command& command : commands())
         if (words[0] == command.name)
             return runCommand(command, words);

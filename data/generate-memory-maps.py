@@ -86,7 +86,7 @@ def registers(device):
 
 def memory_map(device):
     name = device.name.upper()
-    return ('<?xml version="1.0" encoding="iso-8859-1"?>\n<!DOCTYPE Memory_Definition_File>\n' +
+    return ('<?xml version="1.0" encoding="iso-8859-1"?>\n<!DOCTYPE Board_Memory_Definition_File>\n' +
             element(0, "Root", (("name", name),), "") + segments(device) + registers(device) +
             "</Root>\n")
 

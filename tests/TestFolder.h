@@ -23,6 +23,7 @@ public:
     std::string operator/(const std::string& name) const { return (m_path / name).string(); }
     std::string write(const std::string& name, const std::string& text) const
     {
+        std::filesystem::create_directories((m_path / name).parent_path());
         std::ofstream(*this / name, std::ios::binary) << text;
         return *this / name;
     }

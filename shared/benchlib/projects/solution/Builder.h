@@ -30,6 +30,9 @@ public:
     virtual void message(const QString&) { }
     virtual void idle() { }
     virtual ~Builder() = default;
+    /// False for a receiver that only counts steps or writes them down: nothing on disk is to
+    /// change then.
+    virtual bool executes() const { return true; }
 
     /// One line for showing: words that hold a blank in double quotes, joined by blanks.
     static QString commandLine(const QStringList& command);

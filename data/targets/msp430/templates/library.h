@@ -1,0 +1,5 @@
+/* $(ProjectName), made on $(Date). */
+
+#pragma once
+
+int $(ProjectName)_version(void);
