@@ -4,6 +4,7 @@
 #include "base/XMLWriter.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 
 #include <algorithm>
@@ -14,13 +15,19 @@ using namespace Qt::Literals::StringLiterals;
 
 bool XMLDocument::load(const QString& path)
 {
+    QByteArray bytes;
+    return readFile(path, bytes) && loadFromBytes(bytes);
+}
+
+bool XMLDocument::readFile(const QString& path, QByteArray& bytes)
+{
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return fail(u"couldn't read %1"_s.arg(path), 0);
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        return fail(u"couldn't read %1"_s.arg(path), 0);
-    return loadFromBytes(bytes);
+    if (QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly)) {
+        bytes = file.readAll();
+        if (file.error() == QFileDevice::NoError)
+            return true;
+    }
+    return fail(u"couldn't read %1"_s.arg(path), 0);
 }
 
 bool XMLDocument::loadFromBytes(const QByteArray& bytes)

@@ -67,6 +67,10 @@ protected:
     /// the error set if they aren't well-formed.
     XMLElement* readElement(const QByteArray& bytes, QString& errorText, int& errorLine);
 
+    /// The bytes of an ordinary file: a device or a pipe might never end. False, with the error set
+    /// and the document cleared, if they can't be read.
+    bool readFile(const QString& path, QByteArray& bytes);
+
     void clear();
     /// Clears the document, sets the error and answers false.
     bool fail(const QString& text, int line);

@@ -86,6 +86,11 @@ XMLElement* XMLElement::next(const XMLElement* root) const
 {
     if (XMLElement* child = firstChildElement())
         return child;
+    return nextOutside(root);
+}
+
+XMLElement* XMLElement::nextOutside(const XMLElement* root) const
+{
     for (const XMLElement* element = this; element != root; element = element->parent()) {
         if (XMLElement* sibling = element->nextElement())
             return sibling;

@@ -45,6 +45,8 @@ public:
     /// The next element in document order of those in `root`, which this one is or is in; null
     /// behind the last one.
     XMLElement* next(const XMLElement* root) const;
+    /// The same, without looking into this one.
+    XMLElement* nextOutside(const XMLElement* root) const;
 
     /// A node that is taken into the tree is taken out of where it stood. A null `before` appends.
     void insertBefore(XMLNode* node, XMLNode* before);

@@ -2,6 +2,7 @@
 
 #include "base/Path.h"
 #include "build/memorymap/MemoryMap.h"
+#include "build/memorymap/MemoryMapOpenFiles.h"
 #include "build/system/BuildProperties.h"
 #include "build/system/CommandWords.h"
 #include "projects/solution/Builder.h"

@@ -65,10 +65,9 @@ private:
 
 bool XMLPP2::load(const QString& path, const QString& macros, bool expandMacros)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return fail(QStringLiteral("couldn't read %1").arg(path), 0);
-    return loadFromBytes(file.readAll(), QFileInfo(path).path(), macros, expandMacros);
+    QByteArray bytes;
+    return readFile(path, bytes)
+        && loadFromBytes(bytes, QFileInfo(path).path(), macros, expandMacros);
 }
 
 bool XMLPP2::loadFromBytes(const QByteArray& bytes, const QString& directory, const QString& macros,

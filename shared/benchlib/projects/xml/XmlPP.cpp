@@ -113,7 +113,7 @@ bool XmlPP::load(const QString& path, const QString& macros, bool expandMacros, 
                  int* errorLine, int* errorColumn)
 {
     QFile file(path);
-    if (file.open(QIODevice::ReadOnly))
+    if (QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly))
         return setContent(QString::fromUtf8(file.readAll()), QFileInfo(path).path(),
                           macrosForXml(macros), expandMacros, errorText, errorLine, errorColumn);
     m_document.clear();
