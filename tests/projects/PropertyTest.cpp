@@ -54,7 +54,7 @@ TEST(PropertyClassTest, FromXmlDescriptions)
     ASSERT_TRUE(document.loadFromBytes(
         "<properties>"
         "<p name='stack' type='IntegerRange' group='Linker' short='Stack' long='Stack size'"
-        " default='256' minimum='0x10' maximum='65534' specialvalue='None'/>"
+        " default='256' minimum='0x10' maximum='0065534' specialvalue='None'/>"
         "<p name='core' type='Enumeration' group='Target' short='Core' long=''"
         " enumeration='MSP430;MSP430X'/>"
         "<p name='odd' type='Nonsense' maximum='-1'/>"

@@ -169,9 +169,13 @@ TEST(SettingsTest, QuickSavesInTurnLoseNothing)
 TEST(SettingsTest, UnreadableFilesAreNoErrorAndKept)
 {
     const TestFolder folder;
-    std::string deep;
-    for (int i = 0; i < 50000; ++i)
-        deep += "<a>";
+    std::string opened;
+    std::string closed;
+    for (int i = 0; i < 50000; ++i) {
+        opened += "<a>";
+        closed += "</a>";
+    }
+    const std::string deep = opened + "<setting name=\"a\">1</setting>" + closed;
     const std::string damaged[] = {"",
                                    "not XML",
                                    "<settings><setting name=\"a\">1</setting>",

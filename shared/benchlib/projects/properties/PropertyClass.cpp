@@ -20,11 +20,16 @@ static_assert(TypeNames.size() == static_cast<std::size_t>(PropertyClass::Type::
 
 QStringList choices(const QString& text) { return text.split(u';', Qt::SkipEmptyParts); }
 
-/// Limits are written as unsigned numbers; those beyond an int stand for the largest one.
+/// Limits are written as unsigned numbers, decimal or with "0x"; those beyond an int stand for the
+/// largest one.
 int limit(const QString& text)
 {
     constexpr uint largest = std::numeric_limits<int>::max();
-    return static_cast<int>(std::min(text.toUInt(nullptr, 0), largest));
+    bool decimal = false;
+    uint number = text.toUInt(&decimal);
+    if (!decimal)
+        number = text.toUInt(nullptr, 0);
+    return static_cast<int>(std::min(number, largest));
 }
 
 } // namespace

@@ -18,10 +18,14 @@ namespace {
 
 constexpr auto DocumentType = "Gantry_Settings_File"_L1;
 
-/// Qt's nodes destroy one another by recursion; a settings file needs two levels.
+/// Qt's nodes destroy one another by recursion. A settings file needs two levels; one of ordinary
+/// size has no room for a harmful depth, and isn't read twice.
 bool nestsTooDeeply(const QByteArray& bytes)
 {
+    constexpr qsizetype ordinarySize = 16384;
     constexpr int deepest = 100;
+    if (bytes.size() <= ordinarySize)
+        return false;
     QXmlStreamReader reader(bytes);
     int depth = 0;
     while (depth <= deepest && !reader.atEnd()) {
