@@ -198,10 +198,9 @@ TEST_F(CommandLineTest, OfSingleProperties)
         set(m_app, one.property, QString::fromUtf8(one.value));
         const QString line = command(QString::fromUtf8(one.tool));
         SCOPED_TRACE(one.property);
-        if (*one.with)
-            EXPECT_TRUE(line.contains(QString::fromUtf8(one.with))) << line.toStdString();
-        if (*one.without)
-            EXPECT_FALSE(line.contains(QString::fromUtf8(one.without))) << line.toStdString();
+        EXPECT_TRUE(line.contains(QString::fromUtf8(one.with))) << line.toStdString();
+        EXPECT_FALSE(*one.without && line.contains(QString::fromUtf8(one.without)))
+            << line.toStdString();
         EXPECT_EQ(m_builder.commandsOf(u"kex"_s), QStringList());
         projects().removeProperty(m_app, QString::fromUtf8(one.property), CommonConfiguration);
     }
@@ -307,8 +306,8 @@ TEST_F(PlacementTest, NeedsNoMapWhenAllSegmentsHaveAPlace)
 TEST_F(PlacementTest, AFileOfTheProjectWinsAndMacrosReachIt)
 {
     useMap(R"(<MemorySegment name="WRONG" start="0" size="1"/>)");
-    m_folder.write("own.xml", R"(<!DOCTYPE Board_Memory_Definition_File>
-        <root><MemorySegment name="$(which)" start="4" size="4"/></root>)");
+    m_folder.write("own.xml", R"xml(<!DOCTYPE Board_Memory_Definition_File>
+        <root><MemorySegment name="$(which)" start="4" size="4"/></root>)xml");
     projects().addFile(m_app, u"own.xml"_s);
     set(m_app, "linker_memory_map_macros", u"which=RIGHT"_s);
     EXPECT_EQ(placement(), u"-D___RIGHT_Address=4 -D___RIGHT_Size=4"_s);

@@ -77,7 +77,7 @@ BuildResult BuildRun::run(const BuildRequest& request)
     if (result == BuildResult::NothingToDo || result == BuildResult::Built)
         m_log->addSuccess(verdict(result));
     else
-        m_log->addError(verdict(result));
+        m_log->addError(verdict(result), BuildLogFlags::NotCounted);
     return result;
 }
 
