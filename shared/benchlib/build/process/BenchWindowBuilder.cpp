@@ -1,11 +1,11 @@
 #include "build/process/BenchWindowBuilder.h"
 
+#include "base/QTx.h"
 #include "build/log/BuildLogModel.h"
 #include "build/process/BuildCommands.h"
 #include "build/process/BuildObserver.h"
 
 #include <QCoreApplication>
-#include <QFile>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -173,5 +173,5 @@ bool BenchWindowBuilder::processLine()
 void BenchWindowBuilder::removeFiles(const QStringList& files)
 {
     for (const QString& file : files)
-        QFile::remove(file);
+        QTx::removeFile(file);
 }
