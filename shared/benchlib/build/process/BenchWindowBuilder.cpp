@@ -97,6 +97,9 @@ void BenchWindowBuilder::doit()
     QStringList command = m_command;
     if (m_options.showCommandLines)
         m_log->addMessage(commandLine(command));
+    // Tools write into directories that are there.
+    for (const QString& file : m_outputFiles)
+        QTx::makeDir(Path(file).directory().osPath());
     if (runBuiltin(command) || !start(command))
         return;
     m_log->setWorkingDirectory(Path(m_directory));

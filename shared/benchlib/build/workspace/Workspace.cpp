@@ -27,7 +27,7 @@ Workspace::Workspace(const Options& options)
     const QString userFolder = options.settingsFolder.isEmpty()
         ? m_macros->systemMacro(u"BenchUserDir"_s)
         : options.settingsFolder;
-    m_settings->init(QTx::userLocalAppDataDirectory(u"gantry"_s) + u"/settings.xml"_s,
+    m_settings->init(QTx::userLocalAppDataDirectory(Get_OWNER()) + u"/settings.xml"_s,
                      userFolder + u"/settings.xml"_s);
     m_settings->createEntries();
     m_macros->setGlobalMacrosValue(m_settings->globalMacros);
