@@ -1,7 +1,7 @@
 // Projects that are made from templates.
 
 #include "SolutionTestSupport.h"
-#include "projects/templates/ProjectTemplates.h"
+#include "projects/templates/NewProjectTemplate.h"
 
 namespace {
 
@@ -10,9 +10,10 @@ protected:
     TemplateTest()
     {
         m_folder.write("in/main.c", "/* $(ProjectDir) $(BenchDir) */\n");
-        m_folder.write("groups.xml", "<r><group name='Target' default='a'><groupEntry name='a'/>"
-                                     "<groupEntry name='b'><property name='map' value='b.xml'/>"
-                                     "</groupEntry></group></r>");
+        m_folder.write("groups.xml",
+                       "<r><group name='Target' default='a'><groupEntry name='a'/>"
+                       "<groupEntry name='b'><property name='map' value='b.xml'/>"
+                       "</groupEntry></group></r>");
         m_folder.write("templates.xml", R"xml(<templates>
             <configurations>
               <configuration name="Debug">
@@ -80,6 +81,38 @@ TEST_F(TemplateTest, FillsTheProjectAndItsConfigurations)
     EXPECT_EQ(stored(solution, u"Debug"_s, u"flags"_s), u"mine"_s);
     EXPECT_EQ(m_system.getInheritedConfigurations(project, u"Debug"_s), QStringList{u"Base"_s});
     EXPECT_EQ(m_system.configurations(project, ProjectSystem::WithHidden), QStringList{u"Base"_s});
+}
+
+TEST_F(TemplateTest, TheDialogOffersThemAndRefusesNames)
+{
+    m_folder.write("kinds.xml", R"xml(<t>
+        <project template_name="g" type="Executable" caption="G" cpu_generic_name="MSP430"/>
+        <project template_name="d" type="Library" cpu_name="F1" cpu_manufacturer="TI"
+                 board_name="Board" board_manufacturer="Maker" description="text"/></t>)xml");
+    ProjectElement* solution = load("<project Name='old'/>");
+    const NewProjectModel model(path("kinds.xml"));
+    ASSERT_EQ(model.templates().size(), 2u + 6u);
+    const NewProjectTemplate& generic = *model.templates()[0];
+    EXPECT_EQ(generic.cpuManufacturer(), u"(Standard Projects)"_s);
+    EXPECT_EQ(generic.boardName(), u"Generic MSP430"_s);
+    const NewProjectTemplate& device = *model.templates()[1];
+    EXPECT_EQ(device.cpuManufacturer(), u"TI"_s);
+    EXPECT_EQ(device.boardName(), u"Board"_s);
+
+    QString problem;
+    const auto make = [&](const NewProjectTemplate& chosen, const QString& name) {
+        return NewProjectModel::startProjectCreation(chosen, solution, name, u"sub"_s, problem);
+    };
+    EXPECT_EQ(make(device, QString()), nullptr);
+    EXPECT_EQ(problem, u"PLease enter a name for the project"_s);
+    EXPECT_EQ(make(device, u"old"_s), nullptr);
+    EXPECT_EQ(problem,
+              u"PLease select another project name as 'old' already exists in the solution"_s);
+    ProjectElement* made = make(device, u"new"_s);
+    ASSERT_NE(made, nullptr);
+    EXPECT_EQ(stored(made, u"Common"_s, u"project_type"_s), u"Library"_s);
+    EXPECT_EQ(made->projectDirectory(), path("sub"));
+    EXPECT_EQ(NewProjectModel(path("gone.xml")).templates().size(), 6u);
 }
 
 TEST_F(TemplateTest, FilesThatCannotBeReadHaveNoTemplates)

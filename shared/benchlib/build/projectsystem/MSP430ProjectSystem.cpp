@@ -1,7 +1,5 @@
 #include "build/projectsystem/MSP430ProjectSystem.h"
 
-#include "projects/macros/MacroSystem.h"
-
 using namespace Qt::Literals::StringLiterals;
 
 void MSP430ProjectSystem::appendLinkerProperties(PropertyClassList& list)
@@ -35,10 +33,7 @@ void MSP430ProjectSystem::mungeProject(ProjectElement* project)
                 break;
             }
 
-    QString groupFile;
-    project->getProperty(CommonConfiguration, u"property_groups_file_path"_s, groupFile, nullptr);
-    if (!groupFile.isEmpty())
-        propertyGroups().setGroupFile(expandBuildMacros(project, groupFile, CommonConfiguration));
+    useGroupFileOf(project, CommonConfiguration);
     const PropertyValueGroupClass* target = propertyGroups().getGroupClass(u"Target"_s);
     if (!target)
         return;

@@ -1,5 +1,6 @@
 #include "build/projectsystem/StandardProjectSystem.h"
 
+#include "base/Path.h"
 #include "base/QTx.h"
 #include "base/TargetConstants.h"
 #include "base/XMLDocument.h"
@@ -155,8 +156,10 @@ void StandardProjectSystem::appendFileProperties(PropertyClassList& list, Projec
 
 void StandardProjectSystem::useGroupFileOf(ProjectElement* element, const QString& configuration)
 {
-    propertyGroups().setGroupFile(m_buildSystem->settingForExpanded(
-        element, m_buildSystem->propertyClass("property_groups_file_path"), configuration));
+    const QString path = m_buildSystem->settingForExpanded(
+        element, m_buildSystem->propertyClass("property_groups_file_path"), configuration);
+    if (!path.isEmpty() && path != u"None")
+        propertyGroups().setGroupFile(Path(path).absolute(element->projectDirectory()).osPath());
 }
 
 void StandardProjectSystem::appendPropertyGroups(PropertyClassList& list, ProjectElement* element,

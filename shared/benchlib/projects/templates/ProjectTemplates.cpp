@@ -142,7 +142,6 @@ void ProjectTemplates::createConfiguration(ProjectElement* solution, ProjectElem
     const XMLElement* definition = findConfiguration(name);
     if (!definition)
         return;
-    const bool isNew = !solution->configuration(name);
     ProjectElement* configuration = projectSystem->createConfiguration(solution, name);
     for (const XMLElement& property : definition->children()) {
         if (!property.hasTag("property") || !property.hasAttribute("name")
@@ -151,9 +150,10 @@ void ProjectTemplates::createConfiguration(ProjectElement* solution, ProjectElem
         const QString propertyName = property.attribute("name");
         const QString value = property.attribute("value");
         // What the user has set in a configuration that was there stays.
-        if (!configuration->hasAttribute(propertyName))
-            configuration->setAttribute(propertyName, value);
-        if (!isNew || propertyName != u"inherited_configurations")
+        if (configuration->hasAttribute(propertyName))
+            continue;
+        configuration->setAttribute(propertyName, value);
+        if (propertyName != u"inherited_configurations")
             continue;
         for (const QString& inherited : MacroSystem::stringListFromString(value))
             createConfiguration(solution, project, inherited);
