@@ -9,6 +9,7 @@
 #include "build/workspace/Workspace.h"
 #include "cli/BuildOptions.h"
 #include "cli/InterruptSignal.h"
+#include "projects/settings/EnvironmentSettings.h"
 
 #include <cstdio>
 
@@ -40,12 +41,21 @@ public:
     int run()
     {
         m_workspace.projects().loadSolution(m_options.solution, nullptr, nullptr);
+        saveSolution();
         findElement();
         setProperties();
         return m_options.exported ? writeDown() : build();
     }
 
 private:
+    /// What a template or the conversion of an older file has made is kept, before properties are
+    /// set for this build only.
+    void saveSolution()
+    {
+        if (m_workspace.settings().saveProjectFileOnBuild->toBool())
+            m_workspace.projects().save(nullptr);
+    }
+
     void findElement()
     {
         m_element = m_workspace.projects().solutionElement();
@@ -62,8 +72,8 @@ private:
     {
         const ProjectSystem& projects = *projectSystem;
         const QStringList all = projects.configurations(
-            m_element, ProjectSystem::WithPublic | ProjectSystem::WithHidden
-                | ProjectSystem::WithCommon);
+            m_element,
+            ProjectSystem::WithPublic | ProjectSystem::WithHidden | ProjectSystem::WithCommon);
         for (const QString& name : m_options.configurations)
             if (!all.contains(name))
                 throw HException("there is no configuration " + name.toStdString()
@@ -105,13 +115,11 @@ private:
     int build()
     {
         BuildLogModel& log = m_workspace.log();
-        QObject::connect(&log, &BuildLogModel::outputAdded, [](const QString& line) {
-            print(line);
-        });
+        QObject::connect(&log, &BuildLogModel::outputAdded,
+                         [](const QString& line) { print(line); });
         const InterruptSignal interrupt([this] { m_run.cancel(); });
         // A batch has its configurations of its own.
-        const QStringList names
-            = m_options.batch ? configurations().first(1) : configurations();
+        const QStringList names = m_options.batch ? configurations().first(1) : configurations();
         for (const QString& name : names) {
             const BuildResult result = m_run.run(request(name));
             if (result == BuildResult::Cancelled)

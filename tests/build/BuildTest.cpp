@@ -60,11 +60,11 @@ TEST_F(BuildTest, DependenciesComeFirstAndEachProjectOnce)
          + projectXml("two", "project_dependencies='base'", "")
          + projectXml("base", "project_type='Library'", ""));
     EXPECT_EQ(build(projects().solutionElement()), BuildResult::Built);
-    EXPECT_EQ(titles(), (QStringList{u"Building base in configuration Debug"_s,
-                                     u"Archiving base.kva"_s,
-                                     u"Building one in configuration Debug"_s, u"Compiling x.c"_s,
-                                     u"Linking one.kvx"_s, u"Building two in configuration Debug"_s,
-                                     u"Linking two.kvx"_s}));
+    EXPECT_EQ(titles(),
+              (QStringList{u"Building base in configuration Debug"_s, u"Archiving base.kva"_s,
+                           u"Building one in configuration Debug"_s, u"Compiling x.c"_s,
+                           u"Linking one.kvx"_s, u"Building two in configuration Debug"_s,
+                           u"Linking two.kvx"_s}));
     EXPECT_EQ(builds().buildJobCount(projects().solutionElement(), u"Debug"_s, 0, false, true), 4);
 }
 
@@ -90,13 +90,14 @@ TEST_F(BuildTest, ANewerSourceRebuildsWhatComesOfIt)
     touch("b.c");
     EXPECT_EQ(build(projects().solutionElement()), BuildResult::Built);
     EXPECT_TRUE(m_builder.messages.contains(u"b.c is newer than Debug/b.kvo"_s));
-    EXPECT_EQ(titles(), (QStringList{BuildingLib, BuildingApp, u"Compiling b.c"_s,
-                                     u"Linking app.kvx"_s}));
+    EXPECT_EQ(titles(),
+              (QStringList{BuildingLib, BuildingApp, u"Compiling b.c"_s, u"Linking app.kvx"_s}));
     std::this_thread::sleep_for(20ms);
     touch("l.c");
     build(projects().solutionElement());
-    EXPECT_EQ(titles(), (QStringList{BuildingLib, u"Compiling l.c"_s, u"Archiving lib.kva"_s,
-                                     BuildingApp, u"Linking app.kvx"_s}));
+    EXPECT_EQ(titles(),
+              (QStringList{BuildingLib, u"Compiling l.c"_s, u"Archiving lib.kva"_s, BuildingApp,
+                           u"Linking app.kvx"_s}));
 }
 
 TEST_F(BuildTest, AMissingInputOrOutputIsAReason)
@@ -124,10 +125,9 @@ TEST_F(BuildTest, AChangedPropertyRebuildsWhatItReaches)
     loadApplication();
     set(file(u"a.c"_s), "c_preprocessor_definitions", u"NEW"_s);
     EXPECT_EQ(build(projects().solutionElement()), BuildResult::Built);
-    EXPECT_TRUE(
-        m_builder.messages.contains(u"Preprocessor Definitions property has changed."_s));
-    EXPECT_EQ(titles(), (QStringList{BuildingLib, BuildingApp, u"Compiling a.c"_s,
-                                     u"Linking app.kvx"_s}));
+    EXPECT_TRUE(m_builder.messages.contains(u"Preprocessor Definitions property has changed."_s));
+    EXPECT_EQ(titles(),
+              (QStringList{BuildingLib, BuildingApp, u"Compiling a.c"_s, u"Linking app.kvx"_s}));
     EXPECT_EQ(build(projects().solutionElement()), BuildResult::NothingToDo);
     m_builder.clear();
 
@@ -167,8 +167,9 @@ TEST_F(BuildTest, ExcludedElementsAreSkipped)
     set(file(u"b.c"_s), "build_exclude_from_build", u"Yes"_s);
     build(project(u"app"_s), BuildForce);
     EXPECT_EQ(m_builder.commandsOf(u"kcc"_s).size(), 2);
-    EXPECT_TRUE(m_builder.commandsOf(u"kld"_s).first().startsWith(u"Debug/a.kvo "_s + u"Debug/lib"_s)
-                || !m_builder.commandsOf(u"kld"_s).first().contains(u"Debug/b.kvo"));
+    EXPECT_TRUE(
+        m_builder.commandsOf(u"kld"_s).first().startsWith(u"Debug/a.kvo "_s + u"Debug/lib"_s)
+        || !m_builder.commandsOf(u"kld"_s).first().contains(u"Debug/b.kvo"));
     EXPECT_TRUE(m_folder.has("Debug/b.kvo"));
     m_builder.clear();
     set(project(u"lib"_s), "build_exclude_from_build", u"Yes"_s);
@@ -187,8 +188,9 @@ TEST_F(BuildTest, CleaningRemovesOutputsAndRunsNothing)
     EXPECT_FALSE(m_folder.has("Debug/a.kvo") || m_folder.has("Debug/app.kvx")
                  || m_folder.has("Debug/lib.kva"));
     EXPECT_TRUE(m_builder.messages.contains(u"Remove "_s + path("Debug/a.kvo")));
-    EXPECT_EQ(m_builder.titles, (QStringList{u"Cleaning lib in configuration Debug"_s,
-                                             u"Cleaning app in configuration Debug"_s}));
+    EXPECT_EQ(m_builder.titles,
+              (QStringList{u"Cleaning lib in configuration Debug"_s,
+                           u"Cleaning app in configuration Debug"_s}));
     m_builder.clear();
     build(projects().solutionElement(), BuildClean | BuildForce);
     EXPECT_EQ(m_builder.titles.first(), u"Rebuilding lib in configuration Debug"_s);
@@ -198,14 +200,14 @@ TEST_F(BuildTest, CleaningRemovesOutputsAndRunsNothing)
 TEST_F(BuildTest, BatchesBuildTheirConfigurationsInOrder)
 {
     load("<configuration Name='Debug'/><configuration Name='Release'/>"
-         + projectXml("app", "batch_build_configurations='Release;Debug' project_dependencies='lib'",
-                      "")
+         + projectXml("app",
+                      "batch_build_configurations='Release;Debug' project_dependencies='lib'", "")
          + projectXml("lib", "project_type='Library'", ""));
     builds().build(project(u"app"_s), u"Debug"_s, &m_builder, 0, true, true);
     QStringList headings = m_builder.titles.filter(u"Building"_s);
-    EXPECT_EQ(headings, (QStringList{u"Building lib in configuration Release"_s,
-                                     u"Building app in configuration Release"_s, BuildingLib,
-                                     BuildingApp}));
+    EXPECT_EQ(headings,
+              (QStringList{u"Building lib in configuration Release"_s,
+                           u"Building app in configuration Release"_s, BuildingLib, BuildingApp}));
 }
 
 TEST_F(BuildTest, AFailureOrACancellationEndsTheWalk)
@@ -243,8 +245,8 @@ TEST_F(BuildTest, StepsOfTheUserRunAroundTheirTool)
     QStringList programs;
     for (const QStringList& command : m_builder.commands)
         programs << command.first().section(u'/', -1);
-    EXPECT_EQ(programs, (QStringList{u"pre"_s, u"kcc"_s, u"post"_s, u"before"_s, u"kld"_s,
-                                     u"after"_s}));
+    EXPECT_EQ(programs,
+              (QStringList{u"pre"_s, u"kcc"_s, u"post"_s, u"before"_s, u"kld"_s, u"after"_s}));
     EXPECT_EQ(m_builder.commands[0], (QStringList{u"pre"_s, u"a x"_s}));
     EXPECT_EQ(m_builder.commands[2], (QStringList{u"post"_s, path("Debug/a.kvo")}));
     EXPECT_EQ(m_builder.commands[5], (QStringList{u"after"_s, path("Debug/app.kvx")}));
@@ -268,8 +270,8 @@ TEST_F(BuildTest, OtherKindsOfProjectsRunTheirOwnCommands)
                       "combine_command='join $(CombiningOutputFilePath) $(CombiningRelInputPaths)'",
                       "<file file_name='data.txt'/>"));
     build(project(u"ext"_s), BuildClean | BuildForce);
-    EXPECT_EQ(m_builder.commands, (QList<QStringList>{{u"make"_s, u"clean"_s},
-                                                      {u"make"_s, u"all"_s}}));
+    EXPECT_EQ(m_builder.commands,
+              (QList<QStringList>{{u"make"_s, u"clean"_s}, {u"make"_s, u"all"_s}}));
     EXPECT_EQ(m_builder.outputs.last(), QStringList{path("made.kvx")});
     EXPECT_TRUE(builds().canLoad(project(u"ext"_s), u"Debug"_s));
     m_builder.clear();
@@ -283,8 +285,7 @@ TEST_F(BuildTest, OtherKindsOfProjectsRunTheirOwnCommands)
     m_builder.clear();
 
     build(project(u"join"_s));
-    EXPECT_EQ(m_builder.commands.first(),
-              (QStringList{u"join"_s, path("all.txt"), u"data.txt"_s}));
+    EXPECT_EQ(m_builder.commands.first(), (QStringList{u"join"_s, path("all.txt"), u"data.txt"_s}));
     EXPECT_EQ(build(project(u"join"_s)), BuildResult::NothingToDo);
 }
 
@@ -319,9 +320,9 @@ TEST_F(BuildTest, MacrosOfFilesAndProjects)
               "$(LibExt)"_s);
     EXPECT_EQ(builds().replaceMacros(project(u"app"_s), u"$(LibExt) $(InputName)"_s, u"Debug"_s),
               u"_soft_single $(InputName)"_s);
-    EXPECT_EQ(builds().replaceMacros(file(u"in/a.b.c"_s), u"$(InputDir) $(InputPath)"_s,
-                                     u"Debug"_s),
-              path("in") + u' ' + path("in/a.b.c"));
+    EXPECT_EQ(
+        builds().replaceMacros(file(u"in/a.b.c"_s), u"$(InputDir) $(InputPath)"_s, u"Debug"_s),
+        path("in") + u' ' + path("in/a.b.c"));
 }
 
 TEST_F(BuildTest, KindsOfFiles)
@@ -330,12 +331,21 @@ TEST_F(BuildTest, KindsOfFiles)
     m_folder.write("place.xml", "<!DOCTYPE Linker_Placement_File><Root/>");
     m_folder.write("other.xml", "<x/>");
     load(projectXml("p", "", ""));
-    const std::pair<const char*, const char*> cases[] = {
-        {"a.C", "C"},          {"a.cpp", "C++"},        {"a.cc", "C++"},
-        {"a.s", "Assembly"},   {"a.asm", "Assembly"},   {"a.s43", "Assembly"},
-        {"a.kva", "Library"},  {"a.kvx", "Executable"}, {"a.kvo", "Object file"},
-        {"map.xml", "Memory Map"}, {"place.xml", "Section Placement"}, {"other.xml", ""},
-        {"gone.xml", ""},      {"a.h", ""},             {"Makefile", ""}};
+    const std::pair<const char*, const char*> cases[] = {{"a.C", "C"},
+                                                         {"a.cpp", "C++"},
+                                                         {"a.cc", "C++"},
+                                                         {"a.s", "Assembly"},
+                                                         {"a.asm", "Assembly"},
+                                                         {"a.s43", "Assembly"},
+                                                         {"a.kva", "Library"},
+                                                         {"a.kvx", "Executable"},
+                                                         {"a.kvo", "Object file"},
+                                                         {"map.xml", "Memory Map"},
+                                                         {"place.xml", "Section Placement"},
+                                                         {"other.xml", ""},
+                                                         {"gone.xml", ""},
+                                                         {"a.h", ""},
+                                                         {"Makefile", ""}};
     for (const auto& [name, kind] : cases) {
         ProjectElement* added = projects().addFile(project(u"p"_s), QString::fromUtf8(name));
         EXPECT_EQ(projects().getFileType(added), QString::fromUtf8(kind)) << name;

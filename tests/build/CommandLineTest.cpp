@@ -55,18 +55,19 @@ TEST_F(CommandLineTest, OfDefaults)
               u"-D__GANTRY -D__GANTRY_MAJOR_VERSION=2 -D__GANTRY_MINOR_VERSION=0 "
               "-D__GANTRY_REVISION=7 -D__TARGET_PROCESSOR=MSP430F1611 -g -I. -JROOT/include "
               "-JROOT/packages/include start.s -o Debug/start.kvo -D__GANTRY_MSP430"_s);
-    EXPECT_EQ(command(u"kld"_s),
-              u"Debug/main.kvo Debug/start.kvo -g ROOT/lib/libc_soft_single.kva "
-              "ROOT/lib/libm_soft_single.kva ROOT/lib/libdebugio_soft_single.kva "
-              "ROOT/lib/libc_targetio_impl_soft_single.kva ROOT/lib/lib_vfprintf_int_soft_single.kva "
-              "ROOT/lib/lib_vfscanf_int_soft_single.kva ROOT/lib/libc_user_libc_soft_single.kva "
-              "-Oph -Ofl -Odc -Ojt -MDebug/app.map -o Debug/app.kvx"_s);
+    EXPECT_EQ(
+        command(u"kld"_s),
+        u"Debug/main.kvo Debug/start.kvo -g ROOT/lib/libc_soft_single.kva "
+        "ROOT/lib/libm_soft_single.kva ROOT/lib/libdebugio_soft_single.kva "
+        "ROOT/lib/libc_targetio_impl_soft_single.kva ROOT/lib/lib_vfprintf_int_soft_single.kva "
+        "ROOT/lib/lib_vfscanf_int_soft_single.kva ROOT/lib/libc_user_libc_soft_single.kva "
+        "-Oph -Ofl -Odc -Ojt -MDebug/app.map -o Debug/app.kvx"_s);
     EXPECT_EQ(m_builder.commandsOf(u"kex"_s), QStringList());
     // Each runs in the project's directory and names what a failure removes.
     EXPECT_EQ(m_builder.directories.count(path("").chopped(1)), m_builder.directories.size());
     EXPECT_EQ(m_builder.outputs,
-              (QList<QStringList>{{path("Debug/main.kvo")}, {path("Debug/start.kvo")},
-                                  {path("Debug/app.kvx")}}));
+              (QList<QStringList>{
+                  {path("Debug/main.kvo")}, {path("Debug/start.kvo")}, {path("Debug/app.kvx")}}));
     EXPECT_EQ(m_builder.titles,
               (QStringList{u"Building app in configuration Debug"_s, u"Compiling main.c"_s,
                            u"Assembling start.s"_s, u"Linking app.kvx"_s}));
@@ -198,12 +199,9 @@ TEST_F(CommandLineTest, OfSingleProperties)
         set(m_app, one.property, QString::fromUtf8(one.value));
         const QString line = command(QString::fromUtf8(one.tool));
         SCOPED_TRACE(one.property);
-        if (*one.with) {
-            EXPECT_TRUE(line.contains(QString::fromUtf8(one.with))) << line.toStdString();
-        }
-        if (*one.without) {
-            EXPECT_FALSE(line.contains(QString::fromUtf8(one.without))) << line.toStdString();
-        }
+        EXPECT_TRUE(line.contains(QString::fromUtf8(one.with))) << line.toStdString();
+        EXPECT_FALSE(*one.without && line.contains(QString::fromUtf8(one.without)))
+            << line.toStdString();
         EXPECT_EQ(m_builder.commandsOf(u"kex"_s), QStringList());
         projects().removeProperty(m_app, QString::fromUtf8(one.property), CommonConfiguration);
     }
@@ -212,8 +210,8 @@ TEST_F(CommandLineTest, OfSingleProperties)
 TEST_F(CommandLineTest, OfLibrariesAndWhatUsesThem)
 {
     m_folder.write("l/lib.c", "");
-    ProjectElement* library = projects().createProject(projects().solutionElement(), u"lib"_s,
-                                                       u"Library"_s, u"l"_s);
+    ProjectElement* library =
+        projects().createProject(projects().solutionElement(), u"lib"_s, u"Library"_s, u"l"_s);
     projects().addFile(library, u"lib.c"_s);
     projects().addFile(library, u"ready.kvo"_s);
     set(library, "property_groups_file_path", u"None"_s);
@@ -231,8 +229,8 @@ TEST_F(CommandLineTest, OfPreprocessing)
     EXPECT_EQ(m_builder.titles, QStringList{u"Preprocessing main.c"_s});
     const QString line = m_builder.commandsOf(u"kcc"_s).join(u'\n');
     EXPECT_TRUE(line.startsWith(u"-E -D__GANTRY "_s)) << line.toStdString();
-    EXPECT_TRUE(line.endsWith(u"-D__GANTRY_MSP430 "_s + path("main.c") + u" -o "_s
-                              + path("main_PP.c")))
+    EXPECT_TRUE(
+        line.endsWith(u"-D__GANTRY_MSP430 "_s + path("main.c") + u" -o "_s + path("main_PP.c")))
         << line.toStdString();
 }
 
@@ -252,12 +250,14 @@ protected:
     }
     void useMap(const std::string& content)
     {
-        m_folder.write("map.xml", "<!DOCTYPE Board_Memory_Definition_File>\n<root>" + content + "</root>");
+        m_folder.write("map.xml",
+                       "<!DOCTYPE Board_Memory_Definition_File>\n<root>" + content + "</root>");
         set(m_app, "linker_memory_map_file", u"map.xml"_s);
     }
     void usePlacement(const std::string& content)
     {
-        m_folder.write("place.xml", "<!DOCTYPE Linker_Placement_File>\n<Root>" + content + "</Root>");
+        m_folder.write("place.xml",
+                       "<!DOCTYPE Linker_Placement_File>\n<Root>" + content + "</Root>");
         set(m_app, "linker_section_placement_file", u"place.xml"_s);
     }
 };
@@ -274,32 +274,35 @@ TEST_F(PlacementTest, FollowsTheMemoryMapAlone)
                 <ProgramSection name="CODE"/>
               </MemorySegment>)");
     // Segments come last first, sections first first.
-    EXPECT_EQ(placement(),
-              u"-D___FLASH_Address=4352 -D___FLASH_Size=1024 -TFIXED=1200-120f -GFIXED=L "
-              "-TBIG=1400-15ff -TCODE=1100-1200,1210-1400 "
-              "-DsymA=512 -DsymS=256 -D___RAM_Address=512 -D___RAM_Size=256 -D__near_RAM=1 -GDATA=L "
-              "-TDATA,ZERO=200-300"_s);
-    EXPECT_EQ(m_builder.messages,
-              QStringList{u"section BIG is larger than the segment FLASH"_s});
+    EXPECT_EQ(
+        placement(),
+        u"-D___FLASH_Address=4352 -D___FLASH_Size=1024 -TFIXED=1200-120f -GFIXED=L "
+        "-TBIG=1400-15ff -TCODE=1100-1200,1210-1400 "
+        "-DsymA=512 -DsymS=256 -D___RAM_Address=512 -D___RAM_Size=256 -D__near_RAM=1 -GDATA=L "
+        "-TDATA,ZERO=200-300"_s);
+    EXPECT_EQ(m_builder.messages, QStringList{u"section BIG is larger than the segment FLASH"_s});
 }
 
 TEST_F(PlacementTest, FollowsThePlacementFileOverTheMemoryMap)
 {
     useMap(R"(<MemorySegment name="FLASH" start="0x1000" size="0x100"/>)");
-    usePlacement(R"(<MemorySegment name="FLASH"><ProgramSection name="CODE" start="0x1000" size="0x100"/>
+    usePlacement(
+        R"(<MemorySegment name="FLASH"><ProgramSection name="CODE" start="0x1000" size="0x100"/>
                       <ProgramSection name="CONST"/></MemorySegment>
                     <MemorySegment name="GONE"><ProgramSection name="X"/></MemorySegment>
                     <MemorySegment name="OWN" start="0x10" size="0x10"><ProgramSection name="Y"/></MemorySegment>)");
     EXPECT_EQ(placement(),
               u"-D___OWN_Address=16 -D___OWN_Size=16 -TY=10-20 -D___FLASH_Address=4096 "
               "-D___FLASH_Size=256 -TCODE=1000-10ff -TCONST"_s);
-    EXPECT_EQ(m_builder.messages,
-              QStringList{u"section placement file referenced segment GONE not in memory map file"_s});
+    EXPECT_EQ(
+        m_builder.messages,
+        QStringList{u"section placement file referenced segment GONE not in memory map file"_s});
 }
 
 TEST_F(PlacementTest, NeedsNoMapWhenAllSegmentsHaveAPlace)
 {
-    usePlacement(R"(<MemorySegment name="A" start="1+1" size="2*3"><ProgramSection name="S"/></MemorySegment>)");
+    usePlacement(
+        R"(<MemorySegment name="A" start="1+1" size="2*3"><ProgramSection name="S"/></MemorySegment>)");
     EXPECT_EQ(placement(), u"-D___A_Address=2 -D___A_Size=6 -TS=2-8"_s);
     usePlacement(R"(<MemorySegment name="A" start="2"><ProgramSection name="S"/></MemorySegment>)");
     EXPECT_EQ(command(u"kld"_s), QString());

@@ -251,7 +251,9 @@ TEST(MemoryMap, IsCachedUntilAFileChanges)
     const QString path = text(folder.write("map.xml",
                                            "<Root name='$(n)'><Import filename='i.xml'/>"
                                            "<Import filename='later.xml'/></Root>"));
-    const QString import = text(folder.write("i.xml", "<Root/>"));
+    const QString import =
+        text(folder.write("i.xml", "<Root><include filename='inner.xml'/></Root>"));
+    const QString inner = text(folder.write("inner.xml", "<Register/>"));
     const auto open = [&](const char* macros) {
         return MemoryMapOpenFiles::getMemoryMapFile(path, text(macros), true);
     };
@@ -275,6 +277,8 @@ TEST(MemoryMap, IsCachedUntilAFileChanges)
     touch(path);
     EXPECT_FALSE(isKept("n=2"));
     touch(import);
+    EXPECT_FALSE(isKept("n=2"));
+    touch(inner);
     EXPECT_FALSE(isKept("n=2"));
     folder.write("later.xml", "<Root/>");
     EXPECT_FALSE(isKept("n=2"));

@@ -77,7 +77,8 @@ private:
 class WorkspaceTest : public testing::Test {
 protected:
     WorkspaceTest()
-        : m_workspace({.root = QStringLiteral(GANTRY_ROOT_TREE), .settingsFolder = path("settings")})
+        : m_workspace(
+            {.root = QStringLiteral(GANTRY_ROOT_TREE), .settingsFolder = path("settings")})
     {
     }
 

@@ -78,9 +78,9 @@ TEST_F(LookupTest, ListsAreJoinedNearestFirst)
     EXPECT_EQ(list(m_file, u"Common"_s), u"lx;lf;lp;l0"_s);
     EXPECT_EQ(list(m_file, u"C"_s), u"lx;lf;lpA;lpB;lp;lc;l0"_s);
     // A list of directories isn't an aggregate.
-    EXPECT_EQ(m_system.settingFor(m_file, &classOf(u"list"_s, PropertyClass::Type::DirPathList),
-                                  u"C"_s),
-              u"lx"_s);
+    EXPECT_EQ(
+        m_system.settingFor(m_file, &classOf(u"list"_s, PropertyClass::Type::DirPathList), u"C"_s),
+        u"lx"_s);
     // The list that is shown for editing is the local one.
     ProjectPropertyValue local(&classOf(u"list"_s, PropertyClass::Type::StringList), m_project,
                                u"Common"_s);

@@ -156,7 +156,8 @@ TEST_F(SolutionFileTest, OnlyWhatHasChangedIsWritten)
 
 TEST_F(SolutionFileTest, OlderFilesAreBroughtUpToDateAndStandAsModified)
 {
-    m_folder.write("old.kvp", document("<solution Name='old' version='1'><project Name='p'/></solution>"));
+    m_folder.write("old.kvp",
+                   document("<solution Name='old' version='1'><project Name='p'/></solution>"));
     m_system.loadSolution(path("old.kvp"), nullptr, nullptr);
     EXPECT_EQ(m_system.solutionElement()->attribute(u"version"_s), u"2"_s);
     EXPECT_TRUE(m_system.modified());
@@ -193,8 +194,8 @@ TEST_F(SolutionFileTest, ProjectsOfImportsAreKeptApartByTheirSolution)
     writeSolution("deep.kvp", "<project Name='p'/>");
     writeSolution("left.kvp", "<project Name='p'/><import file_name='deep.kvp'/>");
     writeSolution("right.kvp", "<project Name='p'/>");
-    ProjectElement* solution
-        = load("<import file_name='left.kvp'/><import file_name='right.kvp'/><project Name='p'/>");
+    ProjectElement* solution =
+        load("<import file_name='left.kvp'/><import file_name='right.kvp'/><project Name='p'/>");
     EXPECT_EQ(m_system.projectNames(),
               (QStringList{u"left(p)"_s, u"left,deep(p)"_s, u"p"_s, u"right(p)"_s}));
     ProjectElement* right = m_system.findProject(solution, u"right(p)"_s);
@@ -206,10 +207,10 @@ TEST_F(SolutionFileTest, ProjectsOfImportsAreKeptApartByTheirSolution)
 
 TEST_F(SolutionFileTest, PathsFollowProjectDirectoriesAndMacros)
 {
-    ProjectElement* solution = load(
-        "<project Name='p'><configuration Name='Common' project_directory='sub/../code'/>"
-        "<file file_name='a.c'/><file file_name='in/b.c'/><file file_name='$(BenchDir)/c.c'/>"
-        "</project>");
+    ProjectElement* solution =
+        load("<project Name='p'><configuration Name='Common' project_directory='sub/../code'/>"
+             "<file file_name='a.c'/><file file_name='in/b.c'/><file file_name='$(BenchDir)/c.c'/>"
+             "</project>");
     const auto file = [&](const QString& name) { return m_system.findFile(solution, name); };
     EXPECT_EQ(file(u"a.c"_s)->path().osPath(), path("code/a.c"));
     EXPECT_TRUE(file(u"a.c"_s)->inProjectDirectory());
@@ -238,12 +239,13 @@ TEST_F(SolutionFileTest, NewFilesGoIntoTheFolderThatListsTheirExtension)
 
 TEST_F(SolutionFileTest, DependenciesAreResolvedOnceAndCirclesEnd)
 {
-    ProjectElement* solution = load(
-        "<project Name='app'><configuration Name='Common' project_dependencies='b;nothing;a'/></project>"
-        "<project Name='a'><configuration Name='Common' project_dependencies='b'/></project>"
-        "<project Name='b'/>"
-        "<project Name='x'><configuration Name='Debug' project_dependencies='y'/></project>"
-        "<project Name='y'><configuration Name='Common' project_dependencies='x'/></project>");
+    ProjectElement* solution =
+        load("<project Name='app'><configuration Name='Common' "
+             "project_dependencies='b;nothing;a'/></project>"
+             "<project Name='a'><configuration Name='Common' project_dependencies='b'/></project>"
+             "<project Name='b'/>"
+             "<project Name='x'><configuration Name='Debug' project_dependencies='y'/></project>"
+             "<project Name='y'><configuration Name='Common' project_dependencies='x'/></project>");
     const auto order = [&](const QString& name, const QString& configuration) {
         QStringList names;
         for (const ProjectElement* element :

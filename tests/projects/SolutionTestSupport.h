@@ -37,8 +37,9 @@ protected:
     void writeSolution(const std::string& name, const std::string& content) const
     {
         m_folder.write(name,
-                       "<!DOCTYPE GantryBench_Project_File>\n<solution Name=\"" + name.substr(0, name.find('.'))
-                           + "\" version=\"2\">\n" + content + "</solution>\n");
+                       "<!DOCTYPE GantryBench_Project_File>\n<solution Name=\""
+                           + name.substr(0, name.find('.')) + "\" version=\"2\">\n" + content
+                           + "</solution>\n");
     }
     /// What loading a file says: its path without the folder, line and text.
     std::string loadError(const std::string& name)
@@ -47,8 +48,8 @@ protected:
             m_system.loadSolution(path(name), nullptr, nullptr);
         } catch (const SolutionLoadError& error) {
             EXPECT_FALSE(m_system.haveSolution());
-            return error.path().section(u'/', -1).toStdString() + ":"
-                + std::to_string(error.line()) + ":" + error.text().toStdString();
+            return error.path().section(u'/', -1).toStdString() + ":" + std::to_string(error.line())
+                + ":" + error.text().toStdString();
         }
         return "loaded";
     }

@@ -1,7 +1,5 @@
 #include "build/log/BuildLogModel.h"
 
-#include <QDir>
-
 using namespace Qt::Literals::StringLiterals;
 
 BuildLogModel* buildLog = nullptr;
@@ -310,10 +308,8 @@ void BuildLogModel::addRecord(BuildLogItem* item)
 
 void BuildLogModel::resolvePath(DiagnosticData& data) const
 {
-    const QString path = data.path.osPath();
-    if (path.isEmpty() || m_workingDirectory.isEmpty() || QDir::isAbsolutePath(path))
-        return;
-    data.path = Path(QDir::cleanPath(QDir(m_workingDirectory.osPath()).filePath(path)));
+    if (!data.path.isEmpty() && !m_workingDirectory.isEmpty())
+        data.path = data.path.absolute(m_workingDirectory.osPath());
 }
 
 void BuildLogModel::clear()
@@ -400,8 +396,7 @@ void BuildLogModel::updateTimes()
 BuildLogModel::SummaryRow BuildLogModel::summaryRow(int index) const
 {
     const DiagnosticInfo& record = m_records.at(index);
-    const QString path = record.path.osPath();
-    return {severityLabel(record.level), path.sliced(path.lastIndexOf(u'/') + 1), record.message,
+    return {severityLabel(record.level), record.path.fileName(), record.message,
             BuildLogItem::iconForLevel(record.level)};
 }
 

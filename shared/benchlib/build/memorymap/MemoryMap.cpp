@@ -5,11 +5,12 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
+
 bool MemoryMap::load(const QString& path, const QString& macros, bool preprocess)
 {
     m_path.clear();
     m_imports.clear();
-    m_missing.clear();
     m_macros = macros;
     m_preprocess = preprocess;
     if (!load1(path))
@@ -23,8 +24,7 @@ bool MemoryMap::loadFromString(const QString& text)
 {
     m_path.clear();
     m_imports.clear();
-    m_missing.clear();
-    m_source = {};
+    m_sources.clear();
     if (!XMLDocument::loadFromBytes(text.toUtf8()))
         return false;
     processImports();
@@ -38,9 +38,13 @@ bool MemoryMap::load1(const QString& path)
     m_path = resolved(path);
     m_readOnly = !QFileInfo(m_path).isWritable();
     // Before the file is read: a change in the meantime makes it out of date.
-    m_source = {m_path, QTx::getUTCModificationTime(m_path)};
+    m_sources = {{m_path, QTx::getUTCModificationTime(m_path)}};
     const bool loaded =
         m_preprocess ? XMLPP2::load(m_path, m_macros, true) : XMLDocument::load(m_path);
+    if (m_preprocess) {
+        for (const QString& included : includedFiles())
+            m_sources.push_back({included, QTx::getUTCModificationTime(included)});
+    }
     return loaded && documentElement() != nullptr;
 }
 
@@ -67,49 +71,48 @@ void MemoryMap::processImports()
         auto file = std::make_unique<MemoryMap>();
         file->m_macros = m_macros;
         file->m_preprocess = m_preprocess;
-        if (!file->load1(resolved(import->attribute("filename")))) {
-            m_missing.push_back(file->m_source);
-            continue;
+        if (file->load1(resolved(import->attribute("filename")))) {
+            MemoryMapElement* root = file->root();
+            root->m_import = import;
+            documentElement()->insertBefore(root, import);
+            documentElement()->removeChild(import);
         }
-        MemoryMapElement* root = file->root();
-        root->m_import = import;
-        documentElement()->insertBefore(root, import);
-        documentElement()->removeChild(import);
         m_imports.push_back(std::move(file));
     }
 }
 
 bool MemoryMap::store(const QString& path)
 {
-    const auto swap = [this](XMLElement* in, XMLElement* out) {
-        XMLElement* parent = out->parent();
-        if (parent == nullptr)
-            return;
-        parent->insertBefore(in, out);
-        parent->removeChild(out);
+    const auto swap = [](XMLElement* in, XMLElement* out) {
+        out->parent()->insertBefore(in, out);
+        out->parent()->removeChild(out);
     };
-    for (const auto& file : m_imports)
-        swap(file->root()->m_import, file->root());
+    QList<MemoryMapElement*> imported;
+    for (const auto& file : m_imports) {
+        if (file->root() != nullptr && file->root()->parent() != nullptr)
+            imported.append(file->root());
+    }
+    for (MemoryMapElement* root : imported)
+        swap(root->m_import, root);
     const bool saved = save(path, 2);
-    for (const auto& file : m_imports)
-        swap(file->root(), file->root()->m_import);
+    for (MemoryMapElement* root : imported)
+        swap(root, root->m_import);
     return saved;
 }
 
 QString MemoryMap::name() const { return Path(m_path).fileName(); }
 
-bool MemoryMap::isCurrent(const Source& source) const
+bool MemoryMap::filesAreCurrent() const
 {
-    return QTx::getUTCModificationTime(source.path) == source.time;
+    return std::ranges::all_of(m_sources, [](const Source& source) {
+        return QTx::getUTCModificationTime(source.path) == source.time;
+    });
 }
 
 bool MemoryMap::upToDate() const
 {
-    return isCurrent(m_source)
-        && std::ranges::all_of(m_imports,
-                               [this](const auto& file) { return isCurrent(file->m_source); })
-        && std::ranges::all_of(m_missing,
-                               [this](const Source& source) { return isCurrent(source); });
+    return filesAreCurrent()
+        && std::ranges::all_of(m_imports, [](const auto& file) { return file->filesAreCurrent(); });
 }
 
 XMLElement* MemoryMap::newElement(const QByteArray& tag) { return new MemoryMapElement(tag); }

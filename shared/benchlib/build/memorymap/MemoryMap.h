@@ -73,13 +73,13 @@ private:
     bool load1(const QString& path);
     void processImports();
     QString resolved(const QString& path) const;
-    bool isCurrent(const Source& source) const;
+    bool filesAreCurrent() const;
 
     QString m_path;
     QString m_macros;
     bool m_preprocess = false;
     bool m_readOnly = false;
-    Source m_source;
-    std::vector<std::unique_ptr<MemoryMap>> m_imports; ///< their roots are in this tree
-    std::vector<Source> m_missing;                     ///< imports that couldn't be read
+    std::vector<Source> m_sources; ///< the file itself and what it includes
+    /// The roots of those that could be read are in this tree.
+    std::vector<std::unique_ptr<MemoryMap>> m_imports;
 };

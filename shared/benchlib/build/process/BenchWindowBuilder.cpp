@@ -1,11 +1,11 @@
 #include "build/process/BenchWindowBuilder.h"
 
+#include "base/QTx.h"
 #include "build/log/BuildLogModel.h"
 #include "build/process/BuildCommands.h"
 #include "build/process/BuildObserver.h"
 
 #include <QCoreApplication>
-#include <QFile>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -97,6 +97,9 @@ void BenchWindowBuilder::doit()
     QStringList command = m_command;
     if (m_options.showCommandLines)
         m_log->addMessage(commandLine(command));
+    // Tools write into directories that are there.
+    for (const QString& file : m_outputFiles)
+        QTx::makeDir(Path(file).directory().osPath());
     if (runBuiltin(command) || !start(command))
         return;
     m_log->setWorkingDirectory(Path(m_directory));
@@ -173,5 +176,5 @@ bool BenchWindowBuilder::processLine()
 void BenchWindowBuilder::removeFiles(const QStringList& files)
 {
     for (const QString& file : files)
-        QFile::remove(file);
+        QTx::removeFile(file);
 }

@@ -1,10 +1,9 @@
 #include "build/process/JobQueue.h"
 
+#include "base/QTx.h"
 #include "build/log/BuildLogModel.h"
 
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QPointer>
 
 using namespace Qt::Literals::StringLiterals;
@@ -12,18 +11,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr int FailureStatus = 1;
-
-/// Replaces the destination. A file is never copied onto itself, which would lose it.
-bool copyFile(const QString& source, const QString& destination)
-{
-    const QFileInfo from(source);
-    const QFileInfo to(destination);
-    if (!from.isFile() || to.isDir())
-        return false;
-    if (to.exists() && from.canonicalFilePath() == to.canonicalFilePath())
-        return true;
-    return (!to.exists() || QFile::remove(destination)) && QFile::copy(source, destination);
-}
 
 } // namespace
 
@@ -90,7 +77,7 @@ int JobQueue::copy(const QJob& job)
     const QDir directory(job.directory());
     const QStringList& command = job.command();
     const bool copied = command.size() == 3
-        && copyFile(directory.filePath(command[1]), directory.filePath(command[2]));
+        && QTx::copyFile(directory.filePath(command[1]), directory.filePath(command[2]), true);
     if (copied)
         return 0;
     m_log->addError(u"Copy failed"_s);

@@ -1,14 +1,13 @@
 #include "build/projectsystem/MSP430ProjectSystem.h"
 
-#include "projects/macros/MacroSystem.h"
-
 using namespace Qt::Literals::StringLiterals;
 
 void MSP430ProjectSystem::appendLinkerProperties(PropertyClassList& list)
 {
     TOBFProjectSystem::appendLinkerProperties(list);
-    append(list, {"msp430_debug_interface", "link_msp430_workaround_CPU_6_bug",
-                  "msp430_identify_string", "msp430_insn_set"});
+    append(list,
+           {"msp430_debug_interface", "link_msp430_workaround_CPU_6_bug", "msp430_identify_string",
+            "msp430_insn_set"});
 }
 
 void MSP430ProjectSystem::munge(ProjectElement* element)
@@ -34,11 +33,7 @@ void MSP430ProjectSystem::mungeProject(ProjectElement* project)
                 break;
             }
 
-    QString groupFile;
-    project->getProperty(CommonConfiguration, u"property_groups_file_path"_s, groupFile, nullptr);
-    if (!groupFile.isEmpty())
-        propertyGroups().setGroupFile(
-            expandBuildMacros(project, groupFile, CommonConfiguration));
+    useGroupFileOf(project, CommonConfiguration);
     const PropertyValueGroupClass* target = propertyGroups().getGroupClass(u"Target"_s);
     if (!target)
         return;

@@ -1,5 +1,6 @@
 #include "build/projectsystem/StandardProjectSystem.h"
 
+#include "base/Path.h"
 #include "base/QTx.h"
 #include "base/TargetConstants.h"
 #include "base/XMLDocument.h"
@@ -15,8 +16,8 @@ struct ExtensionType {
     const char* extension;
     const char* type;
 };
-constexpr ExtensionType Extensions[] = {{"c", "C"},      {"cpp", "C++"},      {"cxx", "C++"},
-                                        {"cc", "C++"},   {"s", "Assembly"},   {"asm", "Assembly"}};
+constexpr ExtensionType Extensions[] = {{"c", "C"},    {"cpp", "C++"},    {"cxx", "C++"},
+                                        {"cc", "C++"}, {"s", "Assembly"}, {"asm", "Assembly"}};
 
 struct DocumentType {
     const char* document;
@@ -28,8 +29,7 @@ constexpr DocumentType Documents[] = {{"Board_Memory_Definition_File", "Memory M
 
 QString projectTypeOf(const ProjectSystem& system, const ProjectElement* element)
 {
-    return system.settingFor(element, system.propertyClass(u"project_type"_s),
-                             CommonConfiguration);
+    return system.settingFor(element, system.propertyClass(u"project_type"_s), CommonConfiguration);
 }
 
 } // namespace
@@ -37,16 +37,24 @@ QString projectTypeOf(const ProjectSystem& system, const ProjectElement* element
 StandardProjectSystem::StandardProjectSystem()
 {
     auto* fileType = const_cast<PropertyClass*>(propertyClass(u"file_type"_s));
-    QStringList types = {u"Default"_s, u"C"_s,          u"C++"_s,        u"Assembly"_s,
-                         u"Basic"_s,   u"Library"_s,    u"Executable"_s, u"Object file"_s,
-                         u"Memory Map"_s, u"Section Placement"_s, u"Target Definitions"_s};
+    QStringList types = {u"Default"_s,
+                         u"C"_s,
+                         u"C++"_s,
+                         u"Assembly"_s,
+                         u"Basic"_s,
+                         u"Library"_s,
+                         u"Executable"_s,
+                         u"Object file"_s,
+                         u"Memory Map"_s,
+                         u"Section Placement"_s,
+                         u"Target Definitions"_s};
     fileType->setEnumerates(types);
 }
 
 QString StandardProjectSystem::getFileType(const ProjectElement* element) const
 {
-    const QString told = specificSettingFor(element, propertyClass(u"file_type"_s),
-                                            CommonConfiguration);
+    const QString told =
+        specificSettingFor(element, propertyClass(u"file_type"_s), CommonConfiguration);
     if (!told.isEmpty() && told != u"Default")
         return told;
     const QString extension = element->path().extension().toLower();
@@ -100,9 +108,7 @@ PropertyClassList StandardProjectSystem::applicableSettingsFor(ProjectElement* e
         return list;
     const QString projectType = projectTypeOf(*this, element);
     switch (element->kind()) {
-    case ProjectElement::Kind::File:
-        appendFileProperties(list, element);
-        break;
+    case ProjectElement::Kind::File: appendFileProperties(list, element); break;
     case ProjectElement::Kind::Folder:
         if (projectType == u"Library" || projectType == u"Object file" || projectType == u"Staging")
             appendProjectProperties(list, projectType);
@@ -117,8 +123,7 @@ PropertyClassList StandardProjectSystem::applicableSettingsFor(ProjectElement* e
         appendSolutionProperties(list);
         appendPropertyGroups(list, element, configuration);
         break;
-    case ProjectElement::Kind::Configuration:
-        break;
+    case ProjectElement::Kind::Configuration: break;
     }
     return list;
 }
@@ -127,14 +132,15 @@ void StandardProjectSystem::appendFileProperties(PropertyClassList& list, Projec
 {
     const QString projectType = projectTypeOf(*this, file);
     if (projectType == u"Staging") {
-        append(list, {"stage_output_filepath", "stage_package_filepath",
-                      "stage_package_member_name", "stage_command", "stage_command_wd",
-                      "stage_set_readonly", "build_exclude_from_build", "build_always_rebuild"});
+        append(list,
+               {"stage_output_filepath", "stage_package_filepath", "stage_package_member_name",
+                "stage_command", "stage_command_wd", "stage_set_readonly",
+                "build_exclude_from_build", "build_always_rebuild"});
         return;
     }
-    append(list, {"build_intermediate_directory", "stage_command", "stage_command_wd",
-                  "stage_package_member_name", "build_exclude_from_build",
-                  "build_always_rebuild"});
+    append(list,
+           {"build_intermediate_directory", "stage_command", "stage_command_wd",
+            "stage_package_member_name", "build_exclude_from_build", "build_always_rebuild"});
     const QString type = getFileType(file);
     if (type == u"C" || type == u"C++")
         appendCCompilerProperties(list);
@@ -150,8 +156,10 @@ void StandardProjectSystem::appendFileProperties(PropertyClassList& list, Projec
 
 void StandardProjectSystem::useGroupFileOf(ProjectElement* element, const QString& configuration)
 {
-    propertyGroups().setGroupFile(m_buildSystem->settingForExpanded(
-        element, m_buildSystem->propertyClass("property_groups_file_path"), configuration));
+    const QString path = m_buildSystem->settingForExpanded(
+        element, m_buildSystem->propertyClass("property_groups_file_path"), configuration);
+    if (!path.isEmpty() && path != u"None")
+        propertyGroups().setGroupFile(Path(path).absolute(element->projectDirectory()).osPath());
 }
 
 void StandardProjectSystem::appendPropertyGroups(PropertyClassList& list, ProjectElement* element,
@@ -198,46 +206,62 @@ void StandardProjectSystem::appendAssemblerProperties(PropertyClassList& list)
 void StandardProjectSystem::appendLinkerProperties(PropertyClassList& list)
 {
     append(list,
-           {"linker_memory_map_file", "linker_memory_map_macros", "linker_map_file",
-            "linker_section_placement_file", "linker_section_placement_macros",
-            "link_include_standard_libraries", "link_standard_libraries_directory",
-            "link_use_multi_threaded_libraries", "link_IOLibraryName", "linker_additional_files",
-            "linker_additional_options", "linker_output_format", "linker_printf_fmt_level",
-            "linker_printf_fp_enabled", "linker_printf_width_precision_supported",
-            "linker_scanf_fmt_level", "linker_scanf_fp_enabled",
-            "linker_scanf_character_group_matching_enabled", "linker_pre_build_command",
-            "linker_pre_build_command_wd", "linker_post_build_command",
-            "linker_post_build_command_wd", "link_symbol_definitions", "linker_keep_symbols"});
+           {"linker_memory_map_file",
+            "linker_memory_map_macros",
+            "linker_map_file",
+            "linker_section_placement_file",
+            "linker_section_placement_macros",
+            "link_include_standard_libraries",
+            "link_standard_libraries_directory",
+            "link_use_multi_threaded_libraries",
+            "link_IOLibraryName",
+            "linker_additional_files",
+            "linker_additional_options",
+            "linker_output_format",
+            "linker_printf_fmt_level",
+            "linker_printf_fp_enabled",
+            "linker_printf_width_precision_supported",
+            "linker_scanf_fmt_level",
+            "linker_scanf_fp_enabled",
+            "linker_scanf_character_group_matching_enabled",
+            "linker_pre_build_command",
+            "linker_pre_build_command_wd",
+            "linker_post_build_command",
+            "linker_post_build_command_wd",
+            "link_symbol_definitions",
+            "linker_keep_symbols"});
 }
 
 void StandardProjectSystem::appendArchiverProperties(PropertyClassList&) { }
 
 void StandardProjectSystem::appendTargetProperties(PropertyClassList& list)
 {
-    append(list, {"target_reset_script", "target_attach_script", "target_go_script",
-                  "target_stop_script", "target_connect_script", "target_disconnect_script",
-                  "target_debug_begin_script", "target_debug_end_script", "target_extras_script",
-                  "arm_linker_jtag_pad_pre_ir", "arm_linker_jtag_pad_post_ir",
-                  "arm_linker_jtag_pad_pre_dr", "arm_linker_jtag_pad_post_dr",
-                  "debug_command_arguments", "debug_working_directory",
-                  "debug_additional_load_files", "debug_entry_point_symbol",
-                  "debug_startup_completion_point"});
+    append(list,
+           {"target_reset_script", "target_attach_script", "target_go_script", "target_stop_script",
+            "target_connect_script", "target_disconnect_script", "target_debug_begin_script",
+            "target_debug_end_script", "target_extras_script", "arm_linker_jtag_pad_pre_ir",
+            "arm_linker_jtag_pad_post_ir", "arm_linker_jtag_pad_pre_dr",
+            "arm_linker_jtag_pad_post_dr", "debug_command_arguments", "debug_working_directory",
+            "debug_additional_load_files", "debug_entry_point_symbol",
+            "debug_startup_completion_point"});
 }
 
 void StandardProjectSystem::appendSolutionProperties(PropertyClassList& list)
 {
-    append(list, {"build_output_directory", "build_root_output_directory",
-                  "build_intermediate_directory", "stage_post_build_command",
-                  "stage_post_build_command_wd", "stage_command", "stage_command_wd",
-                  "stage_package_filepath", "stage_package_member_name", "stage_set_readonly"});
+    append(list,
+           {"build_output_directory", "build_root_output_directory", "build_intermediate_directory",
+            "stage_post_build_command", "stage_post_build_command_wd", "stage_command",
+            "stage_command_wd", "stage_package_filepath", "stage_package_member_name",
+            "stage_set_readonly"});
 }
 
 void StandardProjectSystem::appendProjectProperties(PropertyClassList& list,
                                                     const QString& projectType)
 {
     const auto appendDirectories = [&] {
-        append(list, {"build_output_directory", "build_root_output_directory",
-                      "build_intermediate_directory"});
+        append(list,
+               {"build_output_directory", "build_root_output_directory",
+                "build_intermediate_directory"});
     };
     const auto appendCompiling = [&] {
         append(list, {"build_object_file_name"});
@@ -261,18 +285,19 @@ void StandardProjectSystem::appendProjectProperties(PropertyClassList& list,
         appendDirectories();
         appendCompiling();
     } else if (projectType == u"Staging") {
-        append(list, {"build_output_directory", "build_root_output_directory",
-                      "stage_output_filepath", "stage_package_filepath",
-                      "stage_package_member_name", "stage_command", "stage_command_wd",
-                      "stage_set_readonly", "stage_post_build_command",
-                      "stage_post_build_command_wd"});
+        append(list,
+               {"build_output_directory", "build_root_output_directory", "stage_output_filepath",
+                "stage_package_filepath", "stage_package_member_name", "stage_command",
+                "stage_command_wd", "stage_set_readonly", "stage_post_build_command",
+                "stage_post_build_command_wd"});
     } else if (projectType == u"Combining") {
-        append(list, {"build_output_directory", "combine_output_filepath", "combine_command",
-                      "combine_command_wd", "combine_set_readonly"});
+        append(list,
+               {"build_output_directory", "combine_output_filepath", "combine_command",
+                "combine_command_wd", "combine_set_readonly"});
     } else if (projectType == u"Externally Built Executable") {
-        append(list, {"external_build_file_name", "external_build_command",
-                      "external_clean_command", "external_load_address", "external_start_address",
-                      "external_load_file_type"});
+        append(list,
+               {"external_build_file_name", "external_build_command", "external_clean_command",
+                "external_load_address", "external_start_address", "external_load_file_type"});
         appendTargetProperties(list);
     }
 }

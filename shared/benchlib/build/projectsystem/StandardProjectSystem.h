@@ -4,8 +4,8 @@
 
 class BuildSystem;
 
-/// The project system of builds with compilers and linkers: what files are, and which of the build's
-/// properties a user sees at an element.
+/// The project system of builds with compilers and linkers: what files are, and which of the
+/// build's properties a user sees at an element.
 ///
 /// Each append operation adds to the rows of the properties window what its level knows; a class
 /// that comes twice keeps its first place.

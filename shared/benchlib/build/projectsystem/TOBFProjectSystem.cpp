@@ -2,8 +2,9 @@
 
 void TOBFProjectSystem::appendSections(PropertyClassList& list) const
 {
-    append(list, {"default_code_section", "default_data_section", "default_zeroed_section",
-                  "default_const_section", "default_vector_section"});
+    append(list,
+           {"default_code_section", "default_data_section", "default_zeroed_section",
+            "default_const_section", "default_vector_section"});
 }
 
 void TOBFProjectSystem::appendCCompilerProperties(PropertyClassList& list)

@@ -282,9 +282,9 @@ const BuildPropertyRow& libraryFileNameProperty() { return LibraryFileName; }
 std::unique_ptr<PropertyClass> makePropertyClass(const BuildPropertyRow& row)
 {
     const auto text = [](const char* utf8) { return QString::fromUtf8(utf8); };
-    auto made = std::make_unique<PropertyClass>(text(row.name), row.type, text(row.page),
-                                                text(row.group), text(row.label), text(row.help),
-                                                text(row.defaultValue));
+    auto made =
+        std::make_unique<PropertyClass>(text(row.name), row.type, text(row.page), text(row.group),
+                                        text(row.label), text(row.help), text(row.defaultValue));
     if (row.type == Type::Enumeration)
         made->setEnumerates(text(row.values).split(QLatin1Char(';'), Qt::SkipEmptyParts));
     if (row.type == Type::IntegerRange)

@@ -75,8 +75,7 @@ QString BuildSystem::expandedSetting(ProjectElement* element, const char* name,
     return settingForExpanded(element, propertyClass(name), configuration);
 }
 
-bool BuildSystem::yes(ProjectElement* element, const char* name,
-                      const QString& configuration) const
+bool BuildSystem::yes(ProjectElement* element, const char* name, const QString& configuration) const
 {
     return setting(element, name, configuration) == u"Yes";
 }
@@ -92,8 +91,7 @@ QString BuildSystem::replaceMacros(ProjectElement* element, const QString& text,
 QString BuildSystem::settingForExpanded(ProjectElement* element, const PropertyClass* propertyClass,
                                         const QString& configuration)
 {
-    return replaceMacros(element,
-                         projectSystem->settingFor(element, propertyClass, configuration),
+    return replaceMacros(element, projectSystem->settingFor(element, propertyClass, configuration),
                          configuration);
 }
 
@@ -114,9 +112,10 @@ QStringList BuildSystem::stringListSetting(const QString& prefix, ProjectElement
     for (const QString& entry : MacroSystem::stringListFromString(
              projectSystem->settingFor(element, propertyClass, configuration))) {
         const QString text = expand ? replaceMacros(element, entry, configuration) : entry;
-        // Only what expansion has brought is a list of its own; an escaped ";" belongs to its entry.
-        const QStringList parts = text != entry ? text.split(u';', Qt::SkipEmptyParts)
-                                                : QStringList(text);
+        // Only what expansion has brought is a list of its own; an escaped ";" belongs to its
+        // entry.
+        const QStringList parts =
+            text != entry ? text.split(u';', Qt::SkipEmptyParts) : QStringList(text);
         for (const QString& part : parts)
             entries << prefix + part;
     }
@@ -301,9 +300,8 @@ bool BuildSystem::buildAlone(ProjectElement* element, const QString& configurati
     return rebuilt;
 }
 
-void BuildSystem::displayProjectConfiguration(ProjectElement* element,
-                                              const QString& configuration, Builder* builder,
-                                              unsigned mode)
+void BuildSystem::displayProjectConfiguration(ProjectElement* element, const QString& configuration,
+                                              Builder* builder, unsigned mode)
 {
     QString verb = u"Building "_s;
     if (mode & BuildChecking)
@@ -329,8 +327,8 @@ bool BuildSystem::justBuilt(const ProjectElement* element, const QString& config
 
 // Counting mirrors building.
 
-int BuildSystem::buildJobCount(ProjectElement* element, const QString& configuration,
-                               unsigned mode, bool batch, bool isProject)
+int BuildSystem::buildJobCount(ProjectElement* element, const QString& configuration, unsigned mode,
+                               bool batch, bool isProject)
 {
     m_built.clear();
     int count = 0;
@@ -395,7 +393,7 @@ bool BuildSystem::upToDate(const QString& directory, const QString& output, File
             continue;
         if (!quiet && builder)
             builder->message(time == MissingFile ? input + u" does not exist."_s
-                                       : input + u" is newer than "_s + output);
+                                                 : input + u" is newer than "_s + output);
         return false;
     }
     return true;
@@ -433,16 +431,15 @@ QString BuildSystem::findIncludeFile(bool system, const QString& name, ProjectEl
     QStringList directories;
     if (!system) {
         directories << QFileInfo(element->path().osPath()).path();
-        directories << stringListSetting(QString(), element,
-                                         propertyClass("c_user_include_directories"),
-                                         configuration);
+        directories << stringListSetting(
+            QString(), element, propertyClass("c_user_include_directories"), configuration);
     }
     directories << stringListSetting(QString(), element,
                                      propertyClass("c_system_include_directories"), configuration);
     const QString projectDirectory = element->projectDirectory();
     for (const QString& directory : directories) {
-        const QString path
-            = QDir::cleanPath(absolutePath(absolutePath(projectDirectory, directory), name));
+        const QString path =
+            QDir::cleanPath(absolutePath(absolutePath(projectDirectory, directory), name));
         const QFileInfo info(path);
         if (info.isFile() && info.isReadable())
             return path;

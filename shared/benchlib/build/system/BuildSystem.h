@@ -62,20 +62,17 @@ public:
                            bool relative) = 0;
     /// The files that an element's output is made from.
     virtual void getDependencies(ProjectElement* element, const QString& configuration,
-                                 QStringList& list)
-        = 0;
+                                 QStringList& list) = 0;
     virtual MacroMap macros(ProjectElement* element, const QString& configuration);
     virtual bool canLoad(ProjectElement* project, const QString& configuration) = 0;
     virtual bool canCompile(ProjectElement* element, const QString& configuration) = 0;
     virtual bool mustCompile(ProjectElement* element, const QString& configuration) = 0;
     /// Runs the preprocessor on a file; the result stands beside it.
     virtual void preprocess(ProjectElement* element, const QString& configuration,
-                            Builder* builder)
-        = 0;
+                            Builder* builder) = 0;
     /// Builds one element and what is below it; true if anything was rebuilt.
     virtual bool platformBuild(ProjectElement* element, const QString& configuration,
-                               Builder* builder, unsigned mode)
-        = 0;
+                               Builder* builder, unsigned mode) = 0;
     /// Adds to the macros of an element.
     virtual void addMacros(ProjectElement*, const QString&, MacroMap&) { }
 
@@ -88,8 +85,8 @@ public:
     /// The entries of a list setting, each behind the prefix; one that holds ";" once it is
     /// expanded gives several.
     QStringList stringListSetting(const QString& prefix, ProjectElement* element,
-                                  const PropertyClass* propertyClass,
-                                  const QString& configuration, bool expand = true);
+                                  const PropertyClass* propertyClass, const QString& configuration,
+                                  bool expand = true);
 
     /// A class by its save name; of the two named build_output_file_name the executable's. It is an
     /// error of the program to ask for one that isn't there.
@@ -147,8 +144,8 @@ private:
                         unsigned mode);
     bool buildAlone(ProjectElement* element, const QString& configuration, Builder* builder,
                     unsigned mode);
-    int solutionBuildJobCount(ProjectElement* solution, const QString& configuration,
-                              unsigned mode, bool batch);
+    int solutionBuildJobCount(ProjectElement* solution, const QString& configuration, unsigned mode,
+                              bool batch);
     int projectBuildJobCount(ProjectElement* project, const QString& configuration, unsigned mode,
                              bool batch);
     int projectJobCountIn(ProjectElement* project, const QString& configuration, unsigned mode);

@@ -9,8 +9,7 @@ MSP430BuildSystem::MSP430BuildSystem()
 {
     addPropertyClasses(msp430BuildProperties());
     PropertyClass* multiplier = changePropertyClass("build_use_hardware_multiplier");
-    multiplier->setEnumerates(
-        {u"No Multiplier"_s, u"16-Bit Multiplier"_s, u"32-Bit Multiplier"_s});
+    multiplier->setEnumerates({u"No Multiplier"_s, u"16-Bit Multiplier"_s, u"32-Bit Multiplier"_s});
     multiplier->setDefaultValue(u"No Multiplier"_s);
     changePropertyClass("linker_memory_map_file")
         ->setDefaultValue(u"$(PackagesDir)/targets/msp430/MSP430F449.xml"_s);

@@ -7,9 +7,8 @@ class MSP430BuildSystem : public TOBFBuildSystem {
 public:
     MSP430BuildSystem();
 
-    bool commandUpToDate(ProjectElement* element, const QString& configuration,
-                         FileTime outputTime, BuildAction action, Builder* builder,
-                         bool quiet) override;
+    bool commandUpToDate(ProjectElement* element, const QString& configuration, FileTime outputTime,
+                         BuildAction action, Builder* builder, bool quiet) override;
     bool appendBuildOptions(ProjectElement* element, const QString& configuration,
                             BuildAction action, QStringList& command, Builder* builder) override;
     void appendPreprocessorOptions(ProjectElement* element, const QString& configuration,

@@ -32,14 +32,10 @@ constexpr ActionOfText ActionsOfProjectTypes[] = {
 };
 
 constexpr ActionOfText ActionsOfFileTypes[] = {
-    {"C", Action::actionCompileC},
-    {"C++", Action::actionCompileCpp},
-    {"Forth", Action::actionCompileForth},
-    {"Basic", Action::actionCompileBasic},
-    {"Assembly", Action::actionAssemble},
-    {"Object file", Action::actionExternal},
-    {"Executable", Action::actionExternal},
-    {"Library", Action::actionExternal},
+    {"C", Action::actionCompileC},          {"C++", Action::actionCompileCpp},
+    {"Forth", Action::actionCompileForth},  {"Basic", Action::actionCompileBasic},
+    {"Assembly", Action::actionAssemble},   {"Object file", Action::actionExternal},
+    {"Executable", Action::actionExternal}, {"Library", Action::actionExternal},
 };
 
 Action actionOf(std::span<const ActionOfText> table, const QString& text)
@@ -72,28 +68,57 @@ StandardBuildSystem::StandardBuildSystem()
 {
     addPropertyClasses(standardBuildProperties());
     m_compileClasses = {projectSystem->propertyClass(u"file_type"_s)};
-    m_compileClasses += classesOf(
-        {"build_quietly", "build_debug_information", "build_treat_warnings_as_errors",
-         "build_suppress_warnings", "c_additional_options", "c_only_additional_options",
-         "cpp_only_additional_options", "asm_additional_options", "c_preprocessor_definitions",
-         "c_preprocessor_undefinitions", "c_user_include_directories",
-         "c_system_include_directories", "c_undefine_all_preprocessor_definitions",
-         "c_enforce_ansi_checking", "cpp_enable_exceptions", "cpp_enable_rtti",
-         "default_code_section", "default_data_section", "default_zeroed_section",
-         "default_const_section", "default_vector_section", "compile_pre_build_command",
-         "compile_pre_build_command_wd", "compile_post_build_command",
-         "compile_post_build_command_wd"});
-    m_linkClasses = classesOf(
-        {"build_quietly", "build_debug_information", "link_include_standard_libraries",
-         "link_standard_libraries_directory", "link_use_multi_threaded_libraries",
-         "link_IOLibraryName", "linker_additional_files", "linker_additional_options",
-         "linker_memory_map_file", "linker_memory_map_macros", "linker_section_placement_file",
-         "linker_section_placement_macros", "linker_output_format", "linker_map_file",
-         "linker_printf_fmt_level", "linker_printf_fp_enabled",
-         "linker_printf_width_precision_supported", "linker_scanf_fmt_level",
-         "linker_scanf_fp_enabled", "linker_scanf_character_group_matching_enabled",
-         "linker_pre_build_command", "linker_pre_build_command_wd", "linker_post_build_command",
-         "linker_post_build_command_wd", "link_symbol_definitions", "linker_keep_symbols"});
+    m_compileClasses += classesOf({"build_quietly",
+                                   "build_debug_information",
+                                   "build_treat_warnings_as_errors",
+                                   "build_suppress_warnings",
+                                   "c_additional_options",
+                                   "c_only_additional_options",
+                                   "cpp_only_additional_options",
+                                   "asm_additional_options",
+                                   "c_preprocessor_definitions",
+                                   "c_preprocessor_undefinitions",
+                                   "c_user_include_directories",
+                                   "c_system_include_directories",
+                                   "c_undefine_all_preprocessor_definitions",
+                                   "c_enforce_ansi_checking",
+                                   "cpp_enable_exceptions",
+                                   "cpp_enable_rtti",
+                                   "default_code_section",
+                                   "default_data_section",
+                                   "default_zeroed_section",
+                                   "default_const_section",
+                                   "default_vector_section",
+                                   "compile_pre_build_command",
+                                   "compile_pre_build_command_wd",
+                                   "compile_post_build_command",
+                                   "compile_post_build_command_wd"});
+    m_linkClasses = classesOf({"build_quietly",
+                               "build_debug_information",
+                               "link_include_standard_libraries",
+                               "link_standard_libraries_directory",
+                               "link_use_multi_threaded_libraries",
+                               "link_IOLibraryName",
+                               "linker_additional_files",
+                               "linker_additional_options",
+                               "linker_memory_map_file",
+                               "linker_memory_map_macros",
+                               "linker_section_placement_file",
+                               "linker_section_placement_macros",
+                               "linker_output_format",
+                               "linker_map_file",
+                               "linker_printf_fmt_level",
+                               "linker_printf_fp_enabled",
+                               "linker_printf_width_precision_supported",
+                               "linker_scanf_fmt_level",
+                               "linker_scanf_fp_enabled",
+                               "linker_scanf_character_group_matching_enabled",
+                               "linker_pre_build_command",
+                               "linker_pre_build_command_wd",
+                               "linker_post_build_command",
+                               "linker_post_build_command_wd",
+                               "link_symbol_definitions",
+                               "linker_keep_symbols"});
     m_archiveClasses = classesOf({"build_quietly"});
     m_stageClasses = classesOf({"stage_output_filepath", "stage_command", "stage_command_wd",
                                 "stage_set_readonly", "stage_post_build_command",
@@ -157,25 +182,21 @@ QString StandardBuildSystem::outputOf(ProjectElement* element, const QString& co
 {
     switch (const BuildAction action = buildAction(element, configuration)) {
     case actionExternal:
-        return element->isFile() ? element->path().osPath()
-                                 : expandedSetting(element, "external_build_file_name",
-                                                   configuration);
-    case actionLink:
-        return expandedSetting(element, "build_output_file_name", configuration);
-    case actionArchive:
-        return settingForExpanded(element, libraryFileNameClass(), configuration);
-    case actionStage:
         return element->isFile()
-            ? expandedSetting(element, "stage_output_filepath", configuration)
-            : QString();
+            ? element->path().osPath()
+            : expandedSetting(element, "external_build_file_name", configuration);
+    case actionLink: return expandedSetting(element, "build_output_file_name", configuration);
+    case actionArchive: return settingForExpanded(element, libraryFileNameClass(), configuration);
+    case actionStage:
+        return element->isFile() ? expandedSetting(element, "stage_output_filepath", configuration)
+                                 : QString();
     case actionCombine:
         return element->isFile()
             ? QString()
             : expandedSetting(element, "combine_output_filepath", configuration);
     default:
-        return isCompile(action)
-            ? expandedSetting(element, "build_object_file_name", configuration)
-            : QString();
+        return isCompile(action) ? expandedSetting(element, "build_object_file_name", configuration)
+                                 : QString();
     }
 }
 
@@ -300,8 +321,7 @@ MemoryMap* StandardBuildSystem::loadFileForLink(ProjectElement* element,
 }
 
 MemoryMap* StandardBuildSystem::getMemoryMapFileForLink(ProjectElement* element,
-                                                        const QString& configuration,
-                                                        QString& path)
+                                                        const QString& configuration, QString& path)
 {
     return useMemoryMapFileForLink(element, configuration, path)
         ? loadFileForLink(element, configuration, "linker_memory_map_macros", path)
@@ -353,8 +373,8 @@ bool StandardBuildSystem::platformBuild1(ProjectElement* element, const Context&
 {
     if (context.builder)
         context.builder->idle();
-    bool forced = (context.mode & BuildForce)
-        || yes(element, "build_always_rebuild", context.configuration);
+    bool forced =
+        (context.mode & BuildForce) || yes(element, "build_always_rebuild", context.configuration);
     const BuildAction action = buildAction(element, context.configuration);
     if (action != actionExternal && !(context.mode & BuildThisOnly))
         for (ProjectElement* child = element->firstChild(); child && !stopped();
@@ -365,14 +385,10 @@ bool StandardBuildSystem::platformBuild1(ProjectElement* element, const Context&
         return false;
     switch (action) {
     case actionNone:
-    case actionExcluded:
-        return forced;
-    case actionLink:
-        return buildLink(element, context, forced);
-    case actionArchive:
-        return buildArchive(element, context, forced);
-    case actionExternal:
-        return element->isProject() && buildExternal(element, context);
+    case actionExcluded: return forced;
+    case actionLink: return buildLink(element, context, forced);
+    case actionArchive: return buildArchive(element, context, forced);
+    case actionExternal: return element->isProject() && buildExternal(element, context);
     case actionStage:
         if (element->isFile())
             return buildStage(element, context, forced);
@@ -381,8 +397,7 @@ bool StandardBuildSystem::platformBuild1(ProjectElement* element, const Context&
         return forced;
     case actionCombine:
         return element->isProject() ? buildCombine(element, context, forced) : forced;
-    default:
-        return buildCompile(element, context, action, forced);
+    default: return buildCompile(element, context, action, forced);
     }
 }
 
@@ -407,8 +422,8 @@ void StandardBuildSystem::runUserCommand(ProjectElement* element, const Context&
                                          const char* directoryName, const MacroMap& further,
                                          const QStringList& outputFiles)
 {
-    const MacroMap macros
-        = MacroSystem::overwriteMacros(this->macros(element, context.configuration), further);
+    const MacroMap macros =
+        MacroSystem::overwriteMacros(this->macros(element, context.configuration), further);
     const auto expanded = [&](const char* name) {
         return MacroSystem::replaceMacros(macros, setting(element, name, context.configuration));
     };
@@ -443,14 +458,15 @@ bool StandardBuildSystem::buildCompile(ProjectElement* element, const Context& c
     if (context.builder)
         context.builder->nextStep();
     const QString directory = element->projectDirectory();
-    Step step{element, configuration, action, output(element, configuration, true), {},
-              {pathFrom(directory, element, configuration)}};
+    Step step{element, configuration,
+              action,  output(element, configuration, true),
+              {},      {pathFrom(directory, element, configuration)}};
     step.absoluteOutput = absolutePath(directory, step.output);
     const FileTime time = m_fileTimes.of(step.absoluteOutput);
     if (time != MissingFile && !forced
         && upToDate(directory, step.output, time,
-                    dependenciesOf(step.absoluteOutput, time, step.inputs.first()),
-                    context.builder, context.quiet())
+                    dependenciesOf(step.absoluteOutput, time, step.inputs.first()), context.builder,
+                    context.quiet())
         && commandUpToDate(element, configuration, time, action, context.builder,
                            context.quiet())) {
         reportUpToDate(element, context);
@@ -468,8 +484,7 @@ bool StandardBuildSystem::buildCompile(ProjectElement* element, const Context& c
     createCommandFor(step, context.builder);
     if (!stopped())
         runUserCommand(element, context, u"Post-compile command "_s, "compile_post_build_command",
-                       "compile_post_build_command_wd",
-                       {{u"TargetPath"_s, step.absoluteOutput}});
+                       "compile_post_build_command_wd", {{u"TargetPath"_s, step.absoluteOutput}});
     return true;
 }
 
@@ -487,9 +502,8 @@ QString StandardBuildSystem::besideOutput(const QString& output, const QString& 
 }
 
 bool StandardBuildSystem::mapOutputFileUpToDate(ProjectElement* element,
-                                                const QString& configuration,
-                                                const QString& output, Builder* builder,
-                                                bool quiet)
+                                                const QString& configuration, const QString& output,
+                                                Builder* builder, bool quiet)
 {
     return !yes(element, "linker_map_file", configuration)
         || isThere(element->projectDirectory(), besideOutput(output, u".map"_s), builder, quiet);
@@ -549,13 +563,11 @@ bool StandardBuildSystem::buildLink(ProjectElement* project, const Context& cont
     createCommandFor(step, context.builder);
     if (!stopped())
         runUserCommand(project, context, u"Post-link command "_s, "linker_post_build_command",
-                       "linker_post_build_command_wd",
-                       {{u"TargetPath"_s, step.absoluteOutput}});
+                       "linker_post_build_command_wd", {{u"TargetPath"_s, step.absoluteOutput}});
     return true;
 }
 
-bool StandardBuildSystem::buildArchive(ProjectElement* project, const Context& context,
-                                       bool forced)
+bool StandardBuildSystem::buildArchive(ProjectElement* project, const Context& context, bool forced)
 {
     const QString& configuration = context.configuration;
     if (context.builder)
@@ -586,8 +598,8 @@ bool StandardBuildSystem::buildExternal(ProjectElement* project, const Context& 
         return false;
     const QString directory = project->projectDirectory();
     const auto run = [&](const QString& title, const char* name, const QStringList& outputFiles) {
-        const QStringList command
-            = commandWords(expandedSetting(project, name, context.configuration));
+        const QStringList command =
+            commandWords(expandedSetting(project, name, context.configuration));
         if (command.isEmpty())
             return false;
         context.builder->init();
@@ -621,14 +633,14 @@ bool StandardBuildSystem::buildStage(ProjectElement* file, const Context& contex
         context.builder->nextStep();
     const QString directory = file->projectDirectory();
     const QString made = output(file, configuration, false);
-    const MacroMap further
-        = {{u"StageOutputFilePath"_s, made},
-           {u"StageBenchDirRelativeOutputFilePath"_s,
-            Path(made).relativeFilePath(macroSystem->systemMacro(u"BenchDir"_s))}};
-    const MacroMap macros
-        = MacroSystem::overwriteMacros(this->macros(file, configuration), further);
-    QString package = MacroSystem::replaceMacros(
-        macros, setting(file, "stage_package_filepath", configuration));
+    const MacroMap further = {
+        {u"StageOutputFilePath"_s, made},
+        {u"StageBenchDirRelativeOutputFilePath"_s,
+         Path(made).relativeFilePath(macroSystem->systemMacro(u"BenchDir"_s))}};
+    const MacroMap macros =
+        MacroSystem::overwriteMacros(this->macros(file, configuration), further);
+    QString package =
+        MacroSystem::replaceMacros(macros, setting(file, "stage_package_filepath", configuration));
     if (!package.isEmpty())
         package = absolutePath(directory, package);
     const QString member = MacroSystem::replaceMacros(
@@ -680,8 +692,7 @@ void StandardBuildSystem::finishStage(ProjectElement* project, const Context& co
                        "stage_post_build_command_wd", {});
 }
 
-bool StandardBuildSystem::buildCombine(ProjectElement* project, const Context& context,
-                                       bool forced)
+bool StandardBuildSystem::buildCombine(ProjectElement* project, const Context& context, bool forced)
 {
     const QString& configuration = context.configuration;
     if (context.builder)
@@ -702,10 +713,10 @@ bool StandardBuildSystem::buildCombine(ProjectElement* project, const Context& c
         cleanFile(made, context.quiet(), context.builder);
     if (!context.runTools())
         return true;
-    runUserCommand(project, context, u"Combining "_s, "combine_command", "combine_command_wd",
-                   {{u"CombiningOutputFilePath"_s, made},
-                    {u"CombiningRelInputPaths"_s, inputs.join(u' ')}},
-                   {made});
+    runUserCommand(
+        project, context, u"Combining "_s, "combine_command", "combine_command_wd",
+        {{u"CombiningOutputFilePath"_s, made}, {u"CombiningRelInputPaths"_s, inputs.join(u' ')}},
+        {made});
     if (!stopped())
         makeWritable(context, directory, made, yes(project, "combine_set_readonly", configuration));
     return true;
@@ -713,9 +724,9 @@ bool StandardBuildSystem::buildCombine(ProjectElement* project, const Context& c
 
 // What is current
 
-bool StandardBuildSystem::optionsUpToDate(const PropertyClassList& classes,
-                                          ProjectElement* element, const QString& configuration,
-                                          FileTime time, Builder* builder, bool quiet)
+bool StandardBuildSystem::optionsUpToDate(const PropertyClassList& classes, ProjectElement* element,
+                                          const QString& configuration, FileTime time,
+                                          Builder* builder, bool quiet)
 {
     const QDateTime since = FileTimes::toDateTime(time);
     for (const PropertyClass* propertyClass : classes)
@@ -725,21 +736,17 @@ bool StandardBuildSystem::optionsUpToDate(const PropertyClassList& classes,
 }
 
 bool StandardBuildSystem::commandUpToDate(ProjectElement* element, const QString& configuration,
-                                          FileTime outputTime, BuildAction action,
-                                          Builder* builder, bool quiet)
+                                          FileTime outputTime, BuildAction action, Builder* builder,
+                                          bool quiet)
 {
     const auto current = [&](const PropertyClassList& classes) {
         return optionsUpToDate(classes, element, configuration, outputTime, builder, quiet);
     };
     switch (action) {
-    case actionLink:
-        return current(m_linkClasses);
-    case actionArchive:
-        return current(m_archiveClasses);
-    case actionStage:
-        return current(m_stageClasses);
-    case actionCombine:
-        return current(m_combineClasses);
+    case actionLink: return current(m_linkClasses);
+    case actionArchive: return current(m_archiveClasses);
+    case actionStage: return current(m_stageClasses);
+    case actionCombine: return current(m_combineClasses);
     default:
         return !isCompile(action)
             || (current(m_compileClasses)
@@ -748,8 +755,7 @@ bool StandardBuildSystem::commandUpToDate(ProjectElement* element, const QString
 }
 
 bool StandardBuildSystem::propertyGroupsDefinesUpToDate(ProjectElement* element,
-                                                        const QString& configuration,
-                                                        FileTime time)
+                                                        const QString& configuration, FileTime time)
 {
     if (!projectSystem->changedSinceLoad())
         return true;

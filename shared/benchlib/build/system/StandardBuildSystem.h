@@ -62,11 +62,9 @@ public:
     virtual QStringList getObjectFileDependencies(const QString& objectPath) = 0;
     /// Adds options behind the generated ones; false cancels the step without a message.
     virtual bool appendBuildOptions(ProjectElement* element, const QString& configuration,
-                                    BuildAction action, QStringList& command, Builder* builder)
-        = 0;
+                                    BuildAction action, QStringList& command, Builder* builder) = 0;
     virtual void appendPreprocessorOptions(ProjectElement* element, const QString& configuration,
-                                           QStringList& command)
-        = 0;
+                                           QStringList& command) = 0;
 
     /// BuildCommands: carries out "cp", "chmod", "rm" and "docgen" without a process, with the
     /// error text set on failure; "kxc" and "kmh" become the product's own programs.
@@ -89,8 +87,8 @@ public:
     /// The file loaded, or null with `path` telling which.
     MemoryMap* getMemoryMapFileForLink(ProjectElement* element, const QString& configuration,
                                        QString& path);
-    MemoryMap* getSectionPlacementFileForLink(ProjectElement* element,
-                                              const QString& configuration, QString& path);
+    MemoryMap* getSectionPlacementFileForLink(ProjectElement* element, const QString& configuration,
+                                              QString& path);
     /// The first file in the subtree of that kind, or null.
     ProjectElement* findFileOfType(ProjectElement* element, const QString& kind);
 
@@ -99,8 +97,7 @@ protected:
 
     /// True if none of these classes has changed since the time, checked in their order.
     bool optionsUpToDate(const PropertyClassList& classes, ProjectElement* element,
-                         const QString& configuration, FileTime time, Builder* builder,
-                         bool quiet);
+                         const QString& configuration, FileTime time, Builder* builder, bool quiet);
     /// The classes of these names, in this order.
     PropertyClassList classesOf(std::initializer_list<const char*> names) const;
     /// The file beside an output with the same base name and another extension.
@@ -149,8 +146,8 @@ private:
                                        FileTime time);
     void reportUpToDate(ProjectElement* element, const Context& context) const;
     void runUserCommand(ProjectElement* element, const Context& context, const QString& title,
-                        const char* commandName, const char* directoryName,
-                        const MacroMap& further, const QStringList& outputFiles = {});
+                        const char* commandName, const char* directoryName, const MacroMap& further,
+                        const QStringList& outputFiles = {});
     void makeWritable(const Context& context, const QString& directory, const QString& path,
                       bool readOnly);
     bool useFileForLink(ProjectElement* element, const QString& configuration, const char* setting,

@@ -27,7 +27,9 @@ struct TOBFBuildSystem::Flag {
 class TOBFBuildSystem::CommandLine {
 public:
     CommandLine(TOBFBuildSystem& system, ProjectElement* element, const QString& configuration)
-        : element(element), configuration(configuration), m_system(system)
+        : element(element),
+          configuration(configuration),
+          m_system(system)
     {
     }
 
@@ -90,16 +92,29 @@ TOBFBuildSystem::TOBFBuildSystem()
     m_codeClasses = classesOf({"c_ignore_includes", "compiler_optimization_strategy",
                                "optimize_register_allocation", "double_is_float",
                                "build_use_hardware_multiplier"});
-    m_linkClasses = classesOf(
-        {"linker_stack_size", "linker_heap_size", "linker_output_format",
-         "linker_checksum_sections", "linker_checksum_algorithm", "linker_absolute_listing",
-         "optimize_cross_calling", "linker_cross_call_minimum_subroutine_size",
-         "linker_cross_call_maximum_passes", "optimize_cross_jumping", "optimize_tail_merging",
-         "optimize_peepholes", "optimize_jump_threading", "optimize_jump_chaining",
-         "optimize_flattening", "optimize_dead_code", "optimize_code_motion",
-         "optimize_block_locality", "optimize_copy_propagation", "double_is_float",
-         "build_use_hardware_multiplier", "build_treat_warnings_as_errors",
-         "build_suppress_warnings"});
+    m_linkClasses = classesOf({"linker_stack_size",
+                               "linker_heap_size",
+                               "linker_output_format",
+                               "linker_checksum_sections",
+                               "linker_checksum_algorithm",
+                               "linker_absolute_listing",
+                               "optimize_cross_calling",
+                               "linker_cross_call_minimum_subroutine_size",
+                               "linker_cross_call_maximum_passes",
+                               "optimize_cross_jumping",
+                               "optimize_tail_merging",
+                               "optimize_peepholes",
+                               "optimize_jump_threading",
+                               "optimize_jump_chaining",
+                               "optimize_flattening",
+                               "optimize_dead_code",
+                               "optimize_code_motion",
+                               "optimize_block_locality",
+                               "optimize_copy_propagation",
+                               "double_is_float",
+                               "build_use_hardware_multiplier",
+                               "build_treat_warnings_as_errors",
+                               "build_suppress_warnings"});
 }
 
 MacroMap TOBFBuildSystem::macros(ProjectElement* element, const QString& configuration)
@@ -113,19 +128,15 @@ MacroMap TOBFBuildSystem::macros(ProjectElement* element, const QString& configu
 QString TOBFBuildSystem::libraryExtension(ProjectElement* project,
                                           const QString& configuration) const
 {
-    const bool software
-        = setting(project, "build_use_hardware_multiplier", configuration) == u"No";
+    const bool software = setting(project, "build_use_hardware_multiplier", configuration) == u"No";
     return (software ? u"_s"_s : u"_h"_s)
         + (yes(project, "double_is_float", configuration) ? u'f' : u'd');
 }
 
 QString TOBFBuildSystem::toolPath(const char* tool) const
 {
-    const PropertyValue* root
-        = environment ? environment->findProperty(u"Environment/Build/Tool Chain Root Directory"_s)
-                      : nullptr;
     return MacroSystem::replaceMacros(macroSystem->systemMacros(),
-                                      root ? root->toString() : u"$(BenchDir)"_s)
+                                      environment->toolChainRootDirectory->toString())
         + u"/bin/"_s + QLatin1String(tool);
 }
 
@@ -142,8 +153,8 @@ void TOBFBuildSystem::addProductDefinitions(CommandLine& line)
         return;
     line << u"-D__GANTRY"_s;
     addCommonPreprocessorDefinitions(line.words);
-    if (const PropertyValueGroupClass* target
-        = projectSystem->propertyGroups().getGroupClass(u"Target"_s))
+    if (const PropertyValueGroupClass* target =
+            projectSystem->propertyGroups().getGroupClass(u"Target"_s))
         line << u"-D__TARGET_PROCESSOR="_s
                 + projectSystem->settingFor(line.element, target, line.configuration);
 }
@@ -168,19 +179,15 @@ void TOBFBuildSystem::createCommandFor(const Step& step, Builder* builder)
     switch (step.action) {
     case actionCompileC:
     case actionCompileBasic:
-    case actionAssemble:
-        return compile(step, builder);
-    case actionLink:
-        return link(step, builder);
-    case actionArchive:
-        return archive(step, builder);
+    case actionAssemble: return compile(step, builder);
+    case actionLink: return link(step, builder);
+    case actionArchive: return archive(step, builder);
     case actionCompileCpp:
     case actionCompileForth:
         builder->error(u"There is no compiler for "_s + step.element->getName());
         setFailed();
         return;
-    default:
-        return;
+    default: return;
     }
 }
 
@@ -190,12 +197,12 @@ void TOBFBuildSystem::compile(const Step& step, Builder* builder)
     static constexpr Flag General[] = {{"-g", "build_debug_information"},
                                        {"-we", "build_treat_warnings_as_errors"},
                                        {"-w", "build_suppress_warnings"}};
-    static constexpr Flag Optimizations[]
-        = {{"-O-9", "compiler_optimization_strategy", "Minimize size"},
-           {"-O+9", "compiler_optimization_strategy", "Minimize size", true},
-           {"-Or-", "optimize_register_allocation", "None"},
-           {"-Orl", "optimize_register_allocation", "Locals Only"},
-           {"-Org", "optimize_register_allocation", "Locals and Globals"}};
+    static constexpr Flag Optimizations[] = {
+        {"-O-9", "compiler_optimization_strategy", "Minimize size"},
+        {"-O+9", "compiler_optimization_strategy", "Minimize size", true},
+        {"-Or-", "optimize_register_allocation", "None"},
+        {"-Orl", "optimize_register_allocation", "Locals Only"},
+        {"-Org", "optimize_register_allocation", "Locals and Globals"}};
     static constexpr Flag Ansi[] = {{"-ansi", "c_enforce_ansi_checking"}};
     static constexpr Flag Doubles[] = {{"-msd", "double_is_float"}};
     static constexpr Flag Multiplier[] = {{"-mmpy", "build_use_hardware_multiplier", "Yes"},
@@ -233,9 +240,8 @@ void TOBFBuildSystem::compile(const Step& step, Builder* builder)
     line << step.inputs.first() << u"-o"_s << step.output;
     if (!appendBuildOptions(step.element, step.configuration, step.action, line.words, builder))
         return;
-    builder->beginGroup(step.element,
-                        (isAssembly ? u"Assembling "_s : u"Compiling "_s)
-                            + step.element->getName());
+    builder->beginGroup(
+        step.element, (isAssembly ? u"Assembling "_s : u"Compiling "_s) + step.element->getName());
     runCommand(builder, step.element->projectDirectory(), line.words, {step.absoluteOutput});
     builder->endGroup(step.element);
 }
@@ -259,12 +265,12 @@ void TOBFBuildSystem::addLibraries(CommandLine& line)
 
 void TOBFBuildSystem::addLinkOptimizations(CommandLine& line)
 {
-    static constexpr Flag Optimizations[]
-        = {{"-Oxj", "optimize_cross_jumping"},  {"-Oph", "optimize_peepholes"},
-           {"-Ofl", "optimize_flattening"},     {"-Odc", "optimize_dead_code"},
-           {"-Otm", "optimize_tail_merging"},   {"-Ojt", "optimize_jump_threading"},
-           {"-Ojc", "optimize_jump_chaining"},  {"-Ocm", "optimize_code_motion"},
-           {"-Obl", "optimize_block_locality"}, {"-Ocp", "optimize_copy_propagation"}};
+    static constexpr Flag Optimizations[] = {
+        {"-Oxj", "optimize_cross_jumping"},  {"-Oph", "optimize_peepholes"},
+        {"-Ofl", "optimize_flattening"},     {"-Odc", "optimize_dead_code"},
+        {"-Otm", "optimize_tail_merging"},   {"-Ojt", "optimize_jump_threading"},
+        {"-Ojc", "optimize_jump_chaining"},  {"-Ocm", "optimize_code_motion"},
+        {"-Obl", "optimize_block_locality"}, {"-Ocp", "optimize_copy_propagation"}};
 
     const QString factoring = line.setting("optimize_cross_calling");
     const QString minimum = line.setting("linker_cross_call_minimum_subroutine_size");
@@ -324,8 +330,8 @@ bool TOBFBuildSystem::addPlacement(CommandLine& line, Builder* builder)
 {
     QString placementPath;
     QString mapPath;
-    MemoryMap* placement
-        = getSectionPlacementFileForLink(line.element, line.configuration, placementPath);
+    MemoryMap* placement =
+        getSectionPlacementFileForLink(line.element, line.configuration, placementPath);
     if (!placement && !placementPath.isEmpty()) {
         builder->error(u"Cannot load section placement file: "_s + placementPath);
         return false;
@@ -382,8 +388,8 @@ void TOBFBuildSystem::addSections(CommandLine& line, const MemoryMapElement& seg
             used << MemoryRange{address, section->size()};
             const quint64 segmentEnd = quint64(start) + size;
             if (address >= start && address <= segmentEnd && end > segmentEnd)
-                builder->message(u"section "_s + section->name()
-                                 + u" is larger than the segment "_s + segment.name());
+                builder->message(u"section "_s + section->name() + u" is larger than the segment "_s
+                                 + segment.name());
         } else {
             free << section->name();
         }
@@ -433,8 +439,8 @@ void TOBFBuildSystem::preprocess(ProjectElement* element, const QString& configu
                                  Builder* builder)
 {
     const Path path = element->path();
-    const QString output
-        = path.directory().osPath() + u'/' + path.baseName() + u"_PP."_s + path.extension();
+    const QString output =
+        path.directory().osPath() + u'/' + path.baseName() + u"_PP."_s + path.extension();
     builder->init();
     CommandLine line(*this, element, configuration);
     line << toolPath("kcc") << u"-E"_s;
@@ -470,18 +476,18 @@ QString TOBFBuildSystem::getPrintfVariant(ProjectElement* element,
 {
     const QString variant = formatVariant(element, configuration, "linker_printf_fp_enabled",
                                           "linker_printf_fmt_level");
-    const bool widths
-        = setting(element, "linker_printf_width_precision_supported", configuration) != u"No";
+    const bool widths =
+        setting(element, "linker_printf_width_precision_supported", configuration) != u"No";
     return widths ? variant : variant + u"_nwp"_s;
 }
 
 QString TOBFBuildSystem::getScanfVariant(ProjectElement* element,
                                          const QString& configuration) const
 {
-    const QString variant = formatVariant(element, configuration, "linker_scanf_fp_enabled",
-                                          "linker_scanf_fmt_level");
-    const bool classes
-        = yes(element, "linker_scanf_character_group_matching_enabled", configuration);
+    const QString variant =
+        formatVariant(element, configuration, "linker_scanf_fp_enabled", "linker_scanf_fmt_level");
+    const bool classes =
+        yes(element, "linker_scanf_character_group_matching_enabled", configuration);
     return classes ? variant + u"_cc"_s : variant;
 }
 

@@ -19,9 +19,8 @@ public:
     void createCommandFor(const Step& step, Builder* builder) override;
     void preprocess(ProjectElement* element, const QString& configuration,
                     Builder* builder) override;
-    bool commandUpToDate(ProjectElement* element, const QString& configuration,
-                         FileTime outputTime, BuildAction action, Builder* builder,
-                         bool quiet) override;
+    bool commandUpToDate(ProjectElement* element, const QString& configuration, FileTime outputTime,
+                         BuildAction action, Builder* builder, bool quiet) override;
     QStringList getObjectFileDependencies(const QString& objectPath) override;
 
     /// The variant of the formatted output library, such as "float_long" or "int_nwp".

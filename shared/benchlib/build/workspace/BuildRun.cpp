@@ -8,17 +8,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-bool isOn(const char* key)
-{
-    const PropertyValue* setting
-        = environment ? environment->findProperty(QLatin1String(key)) : nullptr;
-    return setting && setting->toBool();
-}
-
-} // namespace
-
 unsigned BuildRequest::mode() const
 {
     unsigned bits = 0;
@@ -30,13 +19,15 @@ unsigned BuildRequest::mode() const
         bits |= BuildCleanOnly;
     if (!recurse)
         bits |= BuildThisOnly;
-    if (!isOn("Environment/Build/Show Build Information"))
+    if (!environment->showBuildInformation->toBool())
         bits |= BuildQuiet;
     return bits;
 }
 
 BuildRun::BuildRun(BuildSystem* builds, BuildLogModel* log, BuildObserver* observer)
-    : m_builds(builds), m_log(log), m_observer(observer)
+    : m_builds(builds),
+      m_log(log),
+      m_observer(observer)
 {
 }
 
@@ -45,14 +36,10 @@ BuildRun::~BuildRun() = default;
 QString BuildRun::verdict(BuildResult result)
 {
     switch (result) {
-    case BuildResult::NothingToDo:
-        return u"Build up to date"_s;
-    case BuildResult::Built:
-        return u"Build complete"_s;
-    case BuildResult::Failed:
-        return u"Build failed"_s;
-    case BuildResult::Cancelled:
-        break;
+    case BuildResult::NothingToDo: return u"Build up to date"_s;
+    case BuildResult::Built: return u"Build complete"_s;
+    case BuildResult::Failed: return u"Build failed"_s;
+    case BuildResult::Cancelled: break;
     }
     return u"Build terminated"_s;
 }
@@ -60,13 +47,13 @@ QString BuildRun::verdict(BuildResult result)
 BuildResult BuildRun::run(const BuildRequest& request)
 {
     m_log->clear();
-    m_log->options().showUnparsedErrorOutput = isOn("Environment/Build/Show Unparsed Error Output");
+    m_log->options().showUnparsedErrorOutput = environment->showUnparsedErrorOutput->toBool();
     if (!request.title.isEmpty())
         m_log->beginGroup(request.title);
-    BenchWindowBuilder builder(m_log, dynamic_cast<BuildCommands*>(m_builds), m_observer,
-                               {.showCommandLines = request.showCommandLines
-                                    || isOn("Environment/Build/Show Command Lines")},
-                               [] { return std::make_unique<QtToolProcess>(); });
+    BenchWindowBuilder builder(
+        m_log, dynamic_cast<BuildCommands*>(m_builds), m_observer,
+        {.showCommandLines = request.showCommandLines || environment->showCommandLines->toBool()},
+        [] { return std::make_unique<QtToolProcess>(); });
     m_builder = &builder;
     const BuildResult result = m_builds->build(request.element, request.configuration, &builder,
                                                request.mode(), request.batch, request.recurse);
@@ -77,7 +64,7 @@ BuildResult BuildRun::run(const BuildRequest& request)
     if (result == BuildResult::NothingToDo || result == BuildResult::Built)
         m_log->addSuccess(verdict(result));
     else
-        m_log->addError(verdict(result));
+        m_log->addError(verdict(result), BuildLogFlags::NotCounted);
     return result;
 }
 

@@ -14,11 +14,11 @@ struct BuildRequest {
     QString title;
     ProjectElement* element = nullptr;
     QString configuration;
-    bool clean = false;     ///< remove outputs before each step
-    bool cleanOnly = false; ///< and run no tools
-    bool force = false;     ///< treat everything as out of date
-    bool batch = false;     ///< the batch configurations of each project
-    bool recurse = true;    ///< with children; a project with its dependencies
+    bool clean = false;            ///< remove outputs before each step
+    bool cleanOnly = false;        ///< and run no tools
+    bool force = false;            ///< treat everything as out of date
+    bool batch = false;            ///< the batch configurations of each project
+    bool recurse = true;           ///< with children; a project with its dependencies
     bool showCommandLines = false; ///< whatever the user's settings say
 
     unsigned mode() const;

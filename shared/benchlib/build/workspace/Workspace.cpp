@@ -27,24 +27,22 @@ Workspace::Workspace(const Options& options)
     const QString userFolder = options.settingsFolder.isEmpty()
         ? m_macros->systemMacro(u"BenchUserDir"_s)
         : options.settingsFolder;
-    m_settings->init(QTx::userLocalAppDataDirectory(u"gantry"_s) + u"/settings.xml"_s,
+    m_settings->init(QTx::userLocalAppDataDirectory(Get_OWNER()) + u"/settings.xml"_s,
                      userFolder + u"/settings.xml"_s);
     m_settings->createEntries();
-    m_macros->setGlobalMacrosValue(
-        m_settings->findProperty(u"Environment/Macros/Global Macros"_s));
+    m_macros->setGlobalMacrosValue(m_settings->globalMacros);
     m_macros->setupPackageMacros(MacroSystem::replaceMacros(
-        m_macros->systemMacros(),
-        m_settings->findProperty(u"Environment/Package/Destination Directory"_s)->toString()));
+        m_macros->systemMacros(), m_settings->packageDestinationDirectory->toString()));
 
     m_projects = std::make_unique<MSP430ProjectSystem>();
     projectSystem = m_projects.get();
     m_builds = std::make_unique<MSP430BuildSystem>();
     buildSystem = m_builds.get();
     m_projects->setBuildSystem(m_builds.get());
-    m_projects->setMacroExpander([this](ProjectElement* element, const QString& text,
-                                        const QString& configuration) {
-        return m_builds->replaceMacros(element, text, configuration);
-    });
+    m_projects->setMacroExpander(
+        [this](ProjectElement* element, const QString& text, const QString& configuration) {
+            return m_builds->replaceMacros(element, text, configuration);
+        });
     m_log = std::make_unique<BuildLogModel>(BuildLogModel::Kind::Main);
     m_log->setParser(std::make_unique<TOBFDiagnosticParser>());
     buildLog = m_log.get();

@@ -20,12 +20,12 @@ struct KindTag {
     ProjectElement::Kind kind;
     const char* tag;
 };
-constexpr std::array<KindTag, 5> KindTags = {{{ProjectElement::Kind::Solution, "solution"},
-                                              {ProjectElement::Kind::Configuration,
-                                               "configuration"},
-                                              {ProjectElement::Kind::Project, "project"},
-                                              {ProjectElement::Kind::Folder, "folder"},
-                                              {ProjectElement::Kind::File, "file"}}};
+constexpr std::array<KindTag, 5> KindTags = {
+    {{ProjectElement::Kind::Solution, "solution"},
+     {ProjectElement::Kind::Configuration, "configuration"},
+     {ProjectElement::Kind::Project, "project"},
+     {ProjectElement::Kind::Folder, "folder"},
+     {ProjectElement::Kind::File, "file"}}};
 
 const QString NameAttribute = u"Name"_s;
 const QString FileNameAttribute = u"file_name"_s;
@@ -125,8 +125,8 @@ void ProjectElement::removeChild(ProjectElement* child)
         return;
     }
     auto& added = m_transaction->addedChildren;
-    const auto queued = std::find_if(added.begin(), added.end(),
-                                     [&](const auto& it) { return it.get() == child; });
+    const auto queued =
+        std::find_if(added.begin(), added.end(), [&](const auto& it) { return it.get() == child; });
     auto& removed = m_transaction->removedChildren;
     if (queued != added.end())
         added.erase(queued);
@@ -435,13 +435,12 @@ void ProjectElement::checkDoFileStuff() const
         return;
     const QString projectDirectory = this->projectDirectory();
     const QString name = expandGlobalMacros(attribute(FileNameAttribute));
-    const QString absolute
-        = QDir::cleanPath(QDir::isAbsolutePath(name) ? name : projectDirectory + u'/' + name);
+    const QString absolute =
+        QDir::cleanPath(QDir::isAbsolutePath(name) ? name : projectDirectory + u'/' + name);
     m_path = Path(absolute);
     const QString directory = QFileInfo(absolute).path();
     m_inProjectDirectory = directory == projectDirectory;
-    m_belowProjectDirectory
-        = m_inProjectDirectory || directory.startsWith(projectDirectory + u'/');
+    m_belowProjectDirectory = m_inProjectDirectory || directory.startsWith(projectDirectory + u'/');
 }
 
 void ProjectElement::clearFileStuff()

@@ -27,8 +27,8 @@ extern const QString CommonConfiguration;
 /// One node of the project tree: a solution, configuration, project, folder or file.
 ///
 /// Attributes of an element are what the solution file has at it; the values of properties are
-/// attributes of the element's configurations, which are held by name and aren't among its children.
-/// An element owns its children and configurations.
+/// attributes of the element's configurations, which are held by name and aren't among its
+/// children. An element owns its children and configurations.
 ///
 /// Within a transaction, changes are queued and seen by attribute(), hasAttribute() and
 /// configuration() only; commitTransaction performs them and rollBackTransaction drops them.
@@ -76,8 +76,8 @@ public:
 
     QString attribute(const QString& name) const;
     bool hasAttribute(const QString& name) const;
-    /// Marks the element modified and notes when, outside a transaction; `transaction` is remembered
-    /// for setWithTransaction.
+    /// Marks the element modified and notes when, outside a transaction; `transaction` is
+    /// remembered for setWithTransaction.
     void setAttribute(const QString& name, const QString& value, bool transaction = false);
     void removeAttribute(const QString& name);
     const QMap<QString, QString>& attributes() const { return m_attributes; }

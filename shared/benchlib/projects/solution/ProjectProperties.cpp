@@ -58,16 +58,23 @@ constexpr PropertyRow Rows[] = {
 // clang-format on
 
 /// Not found by its name, which is that of the folder's directory.
-constexpr PropertyRow DynamicFolderFilter
-    = {"path", Type::String, General, "Folder Options", "Dynamic Folder Filter",
-       "Which files of the directory the folder shows.", "", "", true, true};
+constexpr PropertyRow DynamicFolderFilter = {"path",
+                                             Type::String,
+                                             General,
+                                             "Folder Options",
+                                             "Dynamic Folder Filter",
+                                             "Which files of the directory the folder shows.",
+                                             "",
+                                             "",
+                                             true,
+                                             true};
 
 std::unique_ptr<PropertyClass> makeClass(const PropertyRow& row)
 {
     const auto text = [](const char* utf8) { return QString::fromUtf8(utf8); };
-    auto made = std::make_unique<PropertyClass>(text(row.name), row.type, text(row.page),
-                                                text(row.group), text(row.label), text(row.help),
-                                                text(row.defaultValue));
+    auto made =
+        std::make_unique<PropertyClass>(text(row.name), row.type, text(row.page), text(row.group),
+                                        text(row.label), text(row.help), text(row.defaultValue));
     if (row.type == Type::Enumeration)
         made->setEnumerates(text(row.values).split(u';', Qt::SkipEmptyParts));
     made->setReadOnly(row.readOnly);
@@ -136,8 +143,8 @@ PropertyValueList ProjectSystem::settingsFor(ProjectElement* element, const QStr
         addSettings({"file_codec", "file_open_with", "file_type"});
     } else if (element->isDynamicFolder()) {
         addInformation(list, "path", element->attribute(u"path"_s));
-        list.appendUnique(new SimplePropertyValue(m_dynamicFolderFilter.get(),
-                                                  element->attribute(u"filter"_s)));
+        list.appendUnique(
+            new SimplePropertyValue(m_dynamicFolderFilter.get(), element->attribute(u"filter"_s)));
     } else if (element->isFolder()) {
         addSettings({"filter"});
     } else if (element->isProject()) {

@@ -4,9 +4,9 @@
 
 ProjectPropertyValue::ProjectPropertyValue(const PropertyClass* propertyClass, ProjectElement* node,
                                            const QString& configuration)
-    : PropertyValue(propertyClass)
-    , m_node(node)
-    , m_configuration(propertyClass->perConfiguration() ? configuration : CommonConfiguration)
+    : PropertyValue(propertyClass),
+      m_node(node),
+      m_configuration(propertyClass->perConfiguration() ? configuration : CommonConfiguration)
 {
 }
 

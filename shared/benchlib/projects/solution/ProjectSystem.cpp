@@ -408,8 +408,8 @@ ProjectElement* ProjectSystem::createSolution(const QString& directory, const QS
 ProjectElement* ProjectSystem::createProject(ProjectElement* solution, const QString& name,
                                              const QString& type, const QString& directory)
 {
-    ProjectElement* project
-        = solution->appendChild(std::make_unique<ProjectElement>(ProjectElement::Kind::Project));
+    ProjectElement* project =
+        solution->appendChild(std::make_unique<ProjectElement>(ProjectElement::Kind::Project));
     project->setAttribute(NameAttribute, name);
     createConfiguration(project, CommonConfiguration);
     if (!type.isEmpty())
@@ -478,9 +478,9 @@ void ProjectSystem::populateDynamicFolder(ProjectElement* folder)
         directory = MacroSystem::replaceMacros(macroSystem->globalMacros(true), directory);
     else if (QDir::isRelativePath(directory))
         directory = folder->projectDirectory() + u'/' + directory;
-    const QStringList names
-        = QDir(directory).entryList(folder->attribute(FilterName).split(separators, Qt::SkipEmptyParts),
-                                    QDir::Files, QDir::Name);
+    const QStringList names = QDir(directory).entryList(
+        folder->attribute(FilterName).split(separators, Qt::SkipEmptyParts), QDir::Files,
+        QDir::Name);
 
     // Names are stored as the path was, so that the solution can be moved with its files.
     QSet<QString> wanted;
@@ -590,8 +590,8 @@ std::vector<ProjectElement*> ProjectSystem::directlyDependsOn(const ProjectEleme
                                                               const QString& configuration) const
 {
     std::vector<ProjectElement*> dependencies;
-    const QString names
-        = settingFor(project, propertyClass(u"project_dependencies"_s), configuration);
+    const QString names =
+        settingFor(project, propertyClass(u"project_dependencies"_s), configuration);
     for (const QString& name : names.split(u';', Qt::SkipEmptyParts))
         if (ProjectElement* found = findProject(project, name))
             dependencies.push_back(found);

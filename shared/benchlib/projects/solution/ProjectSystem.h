@@ -76,8 +76,7 @@ public:
                      const QString& value, bool transaction);
     void removeProperty(ProjectElement* element, const PropertyClass* propertyClass,
                         const QString& configuration);
-    void removeProperty(ProjectElement* element, const QString& name,
-                        const QString& configuration);
+    void removeProperty(ProjectElement* element, const QString& name, const QString& configuration);
     /// Sorted names of the configurations at the element and above, by ConfigurationFlag.
     QStringList configurations(const ProjectElement* element, unsigned flags) const;
     /// False exactly if a change of the property that counts at this element is newer than `since`.
@@ -188,8 +187,8 @@ public:
     void rollBackTransaction();
 
     /// What templates expand values with: the build's macros of an element and configuration.
-    using MacroExpander
-        = std::function<QString(ProjectElement*, const QString& text, const QString& configuration)>;
+    using MacroExpander =
+        std::function<QString(ProjectElement*, const QString& text, const QString& configuration)>;
     void setMacroExpander(MacroExpander expander) { m_macroExpander = std::move(expander); }
     QString expandBuildMacros(ProjectElement* element, const QString& text,
                               const QString& configuration) const;
@@ -214,8 +213,7 @@ private:
                                                  const XMLElement& xml,
                                                  ProjectFileNotFoundErrorHandler* handler,
                                                  Loading& loading, int depth);
-    void createProjectsFromTemplates(const Loading& loading,
-                                     TemplateNotFoundErrorHandler* handler);
+    void createProjectsFromTemplates(const Loading& loading, TemplateNotFoundErrorHandler* handler);
     XMLElement* elementToDom(XMLDocument& document, const ProjectElement& element,
                              bool isRoot) const;
     QMap<QString, ProjectElement*> updateProjectListOf(ProjectElement* solution);

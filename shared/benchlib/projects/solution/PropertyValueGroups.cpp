@@ -64,7 +64,8 @@ PropertyValueGroupEntry PropertyValueGroupClass::getGroupEntry(const QString& na
 }
 
 PropertyValueGroupFile::PropertyValueGroupFile(const QString& path)
-    : m_path(path), m_time(QTx::getUTCModificationTime(path))
+    : m_path(path),
+      m_time(QTx::getUTCModificationTime(path))
 {
 }
 
@@ -105,9 +106,8 @@ void PropertyValueGroups::setGroupFile(const QString& path)
 {
     if (path.isEmpty() || path == u"None")
         return;
-    const auto held = std::find_if(m_files.begin(), m_files.end(), [&](const auto& file) {
-        return file.path() == path;
-    });
+    const auto held = std::find_if(m_files.begin(), m_files.end(),
+                                   [&](const auto& file) { return file.path() == path; });
     if (held != m_files.end()) {
         if (held->isUpToDate()) {
             m_files.splice(m_files.end(), m_files, held);
@@ -162,8 +162,7 @@ void PropertyValueGroupValue::setPropertyValue(const QString& text, bool transac
 void PropertyValueGroupValue::removeProperty()
 {
     projectSystem->removeProperty(node(), m_groupClass, configuration());
-    const PropertyValueGroupEntry entry
-        = m_groupClass->getGroupEntry(m_groupClass->defaultValue());
+    const PropertyValueGroupEntry entry = m_groupClass->getGroupEntry(m_groupClass->defaultValue());
     if (entry.isNull())
         return;
     for (const XMLElement& property : entry.element()->children())

@@ -10,8 +10,8 @@
 #include <memory>
 #include <vector>
 
-/// One choice of a property group: the properties and definitions that it brings. Null when there is
-/// no such choice.
+/// One choice of a property group: the properties and definitions that it brings. Null when there
+/// is no such choice.
 class PropertyValueGroupEntry {
 public:
     explicit PropertyValueGroupEntry(const XMLElement* element = nullptr) : m_element(element) { }
@@ -83,7 +83,8 @@ class PropertyValueGroupValue : public ProjectPropertyValue {
 public:
     PropertyValueGroupValue(const PropertyValueGroupClass* groupClass, ProjectElement* node,
                             const QString& configuration)
-        : ProjectPropertyValue(groupClass, node, configuration), m_groupClass(groupClass)
+        : ProjectPropertyValue(groupClass, node, configuration),
+          m_groupClass(groupClass)
     {
     }
 

@@ -9,10 +9,10 @@ class SolutionLoadError : public HException {
 public:
     /// The line is 1-based, 0 for none.
     SolutionLoadError(const QString& path, const QString& text, int line = 0)
-        : HException(describe(path, text, line).toStdString())
-        , m_path(path)
-        , m_text(text)
-        , m_line(line)
+        : HException(describe(path, text, line).toStdString()),
+          m_path(path),
+          m_text(text),
+          m_line(line)
     {
     }
 
@@ -24,8 +24,7 @@ private:
     /// The path with its line, " - ", and the text.
     static QString describe(const QString& path, const QString& text, int line)
     {
-        const QString place
-            = line > 0 ? QStringLiteral("%1(%2)").arg(path).arg(line) : path;
+        const QString place = line > 0 ? QStringLiteral("%1(%2)").arg(path).arg(line) : path;
         return place + QStringLiteral(" - ") + text.trimmed();
     }
 
@@ -38,8 +37,8 @@ private:
 class SolutionSaveError : public HException {
 public:
     explicit SolutionSaveError(const QString& path)
-        : HException((QStringLiteral("Cannot open ") + path + QStringLiteral(" for writing"))
-                         .toStdString())
+        : HException(
+            (QStringLiteral("Cannot open ") + path + QStringLiteral(" for writing")).toStdString())
     {
     }
 };

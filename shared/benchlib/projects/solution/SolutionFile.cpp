@@ -135,8 +135,8 @@ ProjectSystem::domToElement(const QString& directory, const QString& path, const
         const QString expanded = macroSystem
             ? MacroSystem::replaceMacros(macroSystem->globalMacros(true), stored)
             : stored;
-        std::unique_ptr<ProjectElement> imported
-            = loadProjectFile(expanded, directory, handler, loading);
+        std::unique_ptr<ProjectElement> imported =
+            loadProjectFile(expanded, directory, handler, loading);
         imported->restoreAttribute(FileNameAttribute, stored);
         imported->setImported(true);
         return imported;
@@ -153,8 +153,7 @@ ProjectSystem::domToElement(const QString& directory, const QString& path, const
     if (element->isDynamicFolder())
         loading.dynamicFolders.push_back(element.get());
     for (const XMLElement& child : xml.children())
-        element->appendChild(
-            domToElement(directory, path, child, handler, loading, depth + 1));
+        element->appendChild(domToElement(directory, path, child, handler, loading, depth + 1));
     return element;
 }
 
@@ -234,9 +233,8 @@ bool ProjectSystem::isModified(const ProjectElement* element, bool deep) const
 bool ProjectSystem::modified() const
 {
     const auto solutions = solutionSolutions();
-    return std::any_of(solutions.begin(), solutions.end(), [&](const ProjectElement* solution) {
-        return isModified(solution, true);
-    });
+    return std::any_of(solutions.begin(), solutions.end(),
+                       [&](const ProjectElement* solution) { return isModified(solution, true); });
 }
 
 void ProjectSystem::clearModified(ProjectElement* element) const

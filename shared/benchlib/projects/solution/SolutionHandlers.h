@@ -28,6 +28,5 @@ public:
     virtual ~TemplateNotFoundErrorHandler() = default;
     /// True if templateName now names another template to try.
     virtual bool retry(const ProjectTemplates& templates, const QString& projectName,
-                       QString& templateName)
-        = 0;
+                       QString& templateName) = 0;
 };

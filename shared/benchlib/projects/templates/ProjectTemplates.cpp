@@ -28,9 +28,8 @@ QString ProjectTemplates::projectTemplatesFile()
 {
     if (!environment || !macroSystem)
         return {};
-    const PropertyValue* setting
-        = environment->findProperty(u"Environment/General/Project Templates"_s);
-    return MacroSystem::replaceMacros(macroSystem->systemMacros(), setting->toString());
+    return MacroSystem::replaceMacros(macroSystem->systemMacros(),
+                                      environment->projectTemplates->toString());
 }
 
 bool ProjectTemplates::load(const QString& path)
@@ -38,6 +37,8 @@ bool ProjectTemplates::load(const QString& path)
     m_names.clear();
     m_templates.clear();
     m_configurations.clear();
+    if (path.isEmpty())
+        return false;
     // Attributes keep their macros: those of the project are known when it is made.
     if (!XMLPP2::load(path, QString(), false))
         return false;
@@ -71,8 +72,8 @@ void ProjectTemplates::createFromTemplate(const Place& place, const XMLElement& 
         if (element.hasTag("folder")) {
             ProjectElement* folder = projectSystem->findFolder(place.parent, name);
             if (!folder)
-                folder = projectSystem->createFolder(place.parent, name,
-                                                     element.attribute("filter"));
+                folder =
+                    projectSystem->createFolder(place.parent, name, element.attribute("filter"));
             createFromTemplate({place.solution, place.project, folder}, element);
         } else if (element.hasTag("file")) {
             createFile(place, element);
@@ -128,8 +129,8 @@ void ProjectTemplates::applyProperty(const Place& place, const XMLElement& prope
 
 void ProjectTemplates::applyPropertyGroup(const Place& place, const XMLElement& group) const
 {
-    const PropertyValueGroupClass* groupClass
-        = projectSystem->propertyGroups().getGroupClass(group.attribute("name"));
+    const PropertyValueGroupClass* groupClass =
+        projectSystem->propertyGroups().getGroupClass(group.attribute("name"));
     if (groupClass)
         PropertyValueGroupValue(groupClass, place.parent, configurationOf(group))
             .setPropertyValue(group.attribute("value"), false);
@@ -141,7 +142,6 @@ void ProjectTemplates::createConfiguration(ProjectElement* solution, ProjectElem
     const XMLElement* definition = findConfiguration(name);
     if (!definition)
         return;
-    const bool isNew = !solution->configuration(name);
     ProjectElement* configuration = projectSystem->createConfiguration(solution, name);
     for (const XMLElement& property : definition->children()) {
         if (!property.hasTag("property") || !property.hasAttribute("name")
@@ -150,9 +150,10 @@ void ProjectTemplates::createConfiguration(ProjectElement* solution, ProjectElem
         const QString propertyName = property.attribute("name");
         const QString value = property.attribute("value");
         // What the user has set in a configuration that was there stays.
-        if (!configuration->hasAttribute(propertyName))
-            configuration->setAttribute(propertyName, value);
-        if (!isNew || propertyName != u"inherited_configurations")
+        if (configuration->hasAttribute(propertyName))
+            continue;
+        configuration->setAttribute(propertyName, value);
+        if (propertyName != u"inherited_configurations")
             continue;
         for (const QString& inherited : MacroSystem::stringListFromString(value))
             createConfiguration(solution, project, inherited);

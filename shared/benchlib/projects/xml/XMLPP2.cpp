@@ -45,6 +45,11 @@ public:
         XMLPP2::expandAttributeMacros(*node->toElement(), macros);
     }
 
+    void noteInclude(const QString& path) const
+    {
+        if (!m_document.m_includedFiles.contains(path))
+            m_document.m_includedFiles.append(path);
+    }
     Node parse(const QByteArray& bytes, QString& error, int& line, int&) const
     {
         return m_document.readElement(bytes, error, line);
@@ -73,6 +78,7 @@ bool XMLPP2::load(const QString& path, const QString& macros, bool expandMacros)
 bool XMLPP2::loadFromBytes(const QByteArray& bytes, const QString& directory, const QString& macros,
                            bool expandMacros)
 {
+    m_includedFiles.clear();
     if (!XMLDocument::loadFromBytes(bytes))
         return false;
     processConditionals(documentElement(), directory, macrosForXml(macros), expandMacros);

@@ -21,6 +21,9 @@ public:
     bool loadFromBytes(const QByteArray& bytes, const QString& directory, const QString& macros,
                        bool expandMacros);
 
+    /// The files that the last load included or would have, by their paths.
+    const QStringList& includedFiles() const { return m_includedFiles; }
+
     void define(const QString& name, const QString& value) { m_definitions.insert(name, value); }
     /// Null if there is no such definition.
     QString getdefine(const QString& name) const { return m_definitions.value(name); }
@@ -40,4 +43,5 @@ private:
     friend class XMLElementTree;
 
     XmlDefinitions m_definitions;
+    QStringList m_includedFiles;
 };

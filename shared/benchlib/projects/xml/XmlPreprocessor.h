@@ -321,6 +321,8 @@ private:
     /// The outermost element of the file, in no tree; null, with a warning, if it can't be had.
     Node readIncluded(const QString& name)
     {
+        if constexpr (Tree::Repetitions)
+            m_tree.noteInclude(name);
         QFile file(name);
         // A pipe or a device might never end.
         if (!QFileInfo(name).isFile() || !file.open(QIODevice::ReadOnly)) {
