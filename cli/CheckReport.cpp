@@ -2,23 +2,18 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
 
 void CheckReport::error(const QString& file, int line, const QString& text)
 {
-    add({file, line, true, text});
+    m_findings.push_back({file, line, text, true});
 }
 
 void CheckReport::warning(const QString& file, int line, const QString& text)
 {
-    add({file, line, false, text});
-}
-
-void CheckReport::add(Finding finding)
-{
-    if (std::find(m_findings.begin(), m_findings.end(), finding) == m_findings.end())
-        m_findings.push_back(std::move(finding));
+    m_findings.push_back({file, line, text, false});
 }
 
 bool CheckReport::hasErrors() const
@@ -29,9 +24,13 @@ bool CheckReport::hasErrors() const
 
 void CheckReport::print()
 {
-    std::stable_sort(m_findings.begin(), m_findings.end(), [](const Finding& a, const Finding& b) {
-        return a.file != b.file ? a.file < b.file : a.line < b.line;
-    });
+    const auto key = [](const Finding& finding) {
+        return std::tie(finding.file, finding.line, finding.text, finding.isError);
+    };
+    std::ranges::sort(m_findings, {}, key);
+    // A file that is included several times has its faults each time.
+    const auto repeated = std::ranges::unique(m_findings, {}, key);
+    m_findings.erase(repeated.begin(), repeated.end());
     for (const Finding& finding : m_findings) {
         const QString line = finding.line > 0 ? u"(%1)"_s.arg(finding.line) : QString();
         const QString kind = finding.isError ? u"error"_s : u"warning"_s;

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-/// What a check has found, in the order of files and lines.
+/// What a check has found, in the order of files and lines, each finding once.
 class CheckReport {
 public:
     /// Lines are 1-based, 0 for none.
@@ -19,12 +19,9 @@ private:
     struct Finding {
         QString file;
         int line;
-        bool isError;
         QString text;
-        bool operator==(const Finding&) const = default;
+        bool isError;
     };
-
-    void add(Finding finding);
 
     std::vector<Finding> m_findings;
 };
