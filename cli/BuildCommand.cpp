@@ -9,6 +9,7 @@
 #include "build/workspace/Workspace.h"
 #include "cli/BuildOptions.h"
 #include "cli/InterruptSignal.h"
+#include "packages/archive/CompressedFile.h"
 #include "projects/settings/EnvironmentSettings.h"
 
 #include <cstdio>
@@ -40,6 +41,9 @@ public:
 
     int run()
     {
+        if (QTx::isCompressedFile(m_options.solution))
+            throw HException(m_options.solution.toStdString()
+                             + " is a packaged solution; open it in the IDE to unpack it");
         m_workspace.projects().loadSolution(m_options.solution, nullptr, nullptr);
         saveSolution();
         findElement();

@@ -1,7 +1,9 @@
 #include "cli/BuildCommand.h"
+#include "cli/CheckCommand.h"
 #include "cli/Command.h"
 #include "cli/ConvertCommand.h"
 #include "cli/DumpCommand.h"
+#include "cli/PackCommand.h"
 #include "cli/RunCommand.h"
 
 #include <vector>
@@ -13,9 +15,11 @@ std::span<const Command> commands()
          "SOLUTION [--configuration NAME]... [--project NAME] [--batch] [--rebuild|--clean] "
          "[--command-lines] [--export] [--set NAME=VALUE]...",
          buildCommand},
+        {"check", "FILE...", checkCommand},
         {"convert", "IN OUT [--from ID] [--to ID] [--address A] [--fill BYTE]", convertCommand},
         {"dump", "FILE [--sections] [--symbols] [--types] [--lines] [--listing] [--disassembly]",
          dumpCommand},
+        {"pack", "SOLUTION OUT", packCommand},
         {"run",
          "PROGRAM [--device NAME] [--type ID] [--address A] [--fill BYTE] [--pc A] [--steps N] "
          "[--max-cycles N] "

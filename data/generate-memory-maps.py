@@ -47,6 +47,8 @@ def segment(name, start, size, access="", symbol=""):
 def segments(device):
     last = max(device.symbols.values(), default=0)
     end = LARGE_PERIPHERALS_END if last >= PERIPHERALS_END else PERIPHERALS_END
+    # Names behind the peripherals may be of calibration data: memory ends them in any case.
+    end = min([end] + [start for start, _ in device.regions.values() if start >= PERIPHERALS_END])
     text = segment("PERIPHERALS", 0, end)
     for region, name, access in sorted(SEGMENTS, key=lambda s: device.regions.get(s[0], (0, 0))):
         if region in device.regions:
