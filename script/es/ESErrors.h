@@ -1,5 +1,7 @@
 #pragma once
 
+#include "script/es/ESValue.h"
+
 #include <QString>
 
 /// A fault of the engine, or a stack that is exhausted. Scripts can't catch it.
@@ -10,4 +12,22 @@ public:
 
 private:
     QString m_text;
+};
+
+/// What a script threw, or a failure of an operation: an error object.
+class ESException {
+public:
+    explicit ESException(const ESValue& value) : m_value(value) { }
+    const ESValue& value() const { return m_value; }
+
+private:
+    ESValue m_value;
+};
+
+/// How a program ended.
+struct ESCompletion {
+    enum Kind { Normal = 0, Exception = 4 };
+    int kind = Normal;
+    ESValue value;
+    QString message;
 };

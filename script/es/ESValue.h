@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
-class QString;
 class ESObject;
 struct ESString;
+struct ESText;
 
 /// A value of a script.
 struct ESValue {
@@ -13,21 +13,19 @@ struct ESValue {
         Null = 1,
         Boolean = 2,
         Number = 3,
-        OwnedString = 4, ///< a QString of the host
+        OwnedString = 4, ///< a text that isn't interned, owned by its context
         Object = 5,
+        Hole = 6,  ///< an element that an array doesn't have; no value of a script
         String = 7 ///< interned
     };
 
     constexpr ESValue() : number(0) { }
     constexpr ESValue(double value) : tag(Number), number(value) { }
     constexpr ESValue(ESString* text) : tag(String), string(text) { }
+    constexpr ESValue(ESText* value) : tag(OwnedString), text(value) { }
     constexpr ESValue(ESObject* value) : tag(Object), object(value) { }
-    static constexpr ESValue null()
-    {
-        ESValue value;
-        value.tag = Null;
-        return value;
-    }
+    static constexpr ESValue null() { return ofTag(Null); }
+    static constexpr ESValue hole() { return ofTag(Hole); }
     static constexpr ESValue boolean(bool truth)
     {
         ESValue value(truth ? 1.0 : 0.0);
@@ -36,12 +34,24 @@ struct ESValue {
     }
 
     constexpr bool is(Tag kind) const { return tag == kind; }
+    constexpr bool isString() const { return tag == String || tag == OwnedString; }
+    constexpr bool isNumber() const { return tag == Number; }
+    constexpr bool isObject() const { return tag == Object; }
+    constexpr bool isNothing() const { return tag <= Null; }
 
     std::uint32_t tag = Undefined;
     union {
         double number; ///< also of a Boolean: 0 or 1
-        const QString* text;
+        ESText* text;
         ESString* string;
         ESObject* object;
     };
+
+private:
+    static constexpr ESValue ofTag(Tag kind)
+    {
+        ESValue value;
+        value.tag = kind;
+        return value;
+    }
 };
