@@ -87,8 +87,8 @@ private:
         return projects.configurations(m_element, ProjectSystem::WithPublic).first(1);
     }
 
-    /// On each project that can be built, in each configuration: what the user says here beats what
-    /// the solution says of projects.
+    /// On each project, in each configuration that it is built in: what the user says here beats
+    /// what the solution says of projects.
     void setProperties()
     {
         for (const auto& [name, value] : m_options.properties) {
@@ -98,9 +98,16 @@ private:
             if (!propertyClass)
                 throw HException("there is no property " + name.toStdString());
             for (ProjectElement* project : projectSystem->solutionProjects())
-                for (const QString& configuration : configurations())
+                for (const QString& configuration : configurationsOf(project))
                     projectSystem->setProperty(project, propertyClass, configuration, value, false);
         }
+    }
+
+    QStringList configurationsOf(ProjectElement* project) const
+    {
+        return m_options.batch
+            ? projectSystem->getBatchBuildConfigurations(project, CommonConfiguration)
+            : configurations();
     }
 
     BuildRequest request(const QString& configuration) const

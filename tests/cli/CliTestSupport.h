@@ -17,6 +17,12 @@ struct Outcome {
     std::string errors;
 };
 
+inline std::string readFile(const std::filesystem::path& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
 /// A folder for a suite's files, and calls of `gantry` with them.
 class CliTest : public testing::Test {
 protected:
@@ -34,16 +40,18 @@ protected:
         return path(name);
     }
 
-    std::string contents(const std::string& name) const
-    {
-        std::ifstream in(folder / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
+    std::string contents(const std::string& name) const { return readFile(folder / name); }
 
-    /// `arguments` are the shell's.
+    /// Of a user without settings. `arguments` are the shell's.
     Outcome gantry(const std::string& arguments) const
     {
-        const int status = std::system((GANTRY_ROOT_TREE "/bin/gantry " + arguments + " >"
+        return shell(GANTRY_ROOT_TREE "/bin/gantry " + arguments);
+    }
+
+    /// Runs a command of the shell in a home of its own.
+    Outcome shell(const std::string& command) const
+    {
+        const int status = std::system(("export HOME=" + path("home") + "; (" + command + ") >"
                                         + path("stdout") + " 2>" + path("stderr"))
                                            .c_str());
         return {WEXITSTATUS(status), contents("stdout"), contents("stderr")};

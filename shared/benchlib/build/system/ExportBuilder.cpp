@@ -1,5 +1,6 @@
 #include "build/system/ExportBuilder.h"
 
+#include "base/Path.h"
 #include "build/system/StandardBuildSystem.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -10,6 +11,19 @@ void ExportBuilder::setDirectory(const QString& directory)
         return;
     m_directory = directory;
     m_lines << u"cd "_s + directory;
+}
+
+void ExportBuilder::setOutputFiles(const QStringList& files)
+{
+    for (const QString& file : files) {
+        const QString directory = Path(file).directory().osPath();
+        if (directory == m_directory || m_outputDirectories.contains(directory))
+            continue;
+        m_outputDirectories.insert(directory);
+        const bool below = directory.startsWith(m_directory + u'/');
+        m_lines << commandLine(
+            {u"mkdir"_s, u"-p"_s, below ? directory.mid(m_directory.size() + 1) : directory});
+    }
 }
 
 void ExportBuilder::setCommand(const QStringList& command)

@@ -2,6 +2,8 @@
 
 #include "projects/solution/Builder.h"
 
+#include <QSet>
+
 /// Writes a build down as the lines of a shell script.
 class ExportBuilder : public Builder {
 public:
@@ -12,7 +14,8 @@ public:
     void setDirectory(const QString& directory) override;
     void setCommand(const QStringList& command) override;
     void setEnvironment(const QStringList&) override { }
-    void setOutputFiles(const QStringList&) override { }
+    /// "mkdir" of the directories that outputs lie in, each once.
+    void setOutputFiles(const QStringList& files) override;
     void setTemporaryFiles(const QStringList&) override { }
     void doit() override { }
     void error(const QString& text) override;
@@ -24,5 +27,6 @@ public:
 private:
     QStringList m_lines;
     QString m_directory;
+    QSet<QString> m_outputDirectories;
     bool m_errors = false;
 };

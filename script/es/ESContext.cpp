@@ -1,0 +1,438 @@
+#include "script/es/ESContext.h"
+
+#include "script/es/ESArrayClass.h"
+#include "script/es/ESCode.h"
+#include "script/es/ESCompiler.h"
+
+#include <cmath>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int ObjectsPerChunk = 64;
+
+constexpr const char* ErrorNames[] = {"Error",       "RangeError", "ReferenceError",
+                                      "SyntaxError", "TypeError",  "EvalError"};
+
+ESString* name(const char* text) { return ESStringPool::intern(QLatin1String(text)); }
+
+} // namespace
+
+ESContext::ESContext()
+{
+    m_plainClass = std::make_unique<ESClass>(u"Object"_s);
+    m_activationClass = std::make_unique<ESClass>(u"activation"_s);
+    m_functionClass = std::make_unique<ESClass>(u"Function"_s);
+    m_arrayClass = std::make_unique<ESArrayClass>();
+    m_stringClass = std::make_unique<ESClass>(u"String"_s);
+    m_numberClass = std::make_unique<ESClass>(u"Number"_s);
+    m_booleanClass = std::make_unique<ESClass>(u"Boolean"_s);
+    m_dateClass = std::make_unique<ESClass>(u"Date"_s);
+    m_errorClass = std::make_unique<ESClass>(u"Error"_s);
+    m_global = mkobj(nullptr, m_plainClass.get(), ESValue(name("[object global]")));
+    m_this = m_global;
+    createPrototypes();
+}
+
+ESContext::~ESContext() = default;
+
+void ESContext::createPrototypes()
+{
+    m_objectPrototype = mkobj(nullptr, m_plainClass.get());
+    m_functionPrototype = mkobj(m_objectPrototype, m_functionClass.get());
+    m_arrayPrototype = mkobj(m_objectPrototype, m_arrayClass.get());
+    m_arrayPrototype->hasElements = true;
+    m_stringPrototype = mkobj(m_objectPrototype, m_stringClass.get());
+    m_numberPrototype = mkobj(m_objectPrototype, m_numberClass.get());
+    m_booleanPrototype = mkobj(m_objectPrototype, m_booleanClass.get());
+    m_datePrototype = mkobj(m_objectPrototype, m_dateClass.get());
+    m_global->prototype = m_objectPrototype;
+    for (std::size_t i = 0; i < m_errorPrototypes.size(); ++i) {
+        ESObject* const base = i == 0 ? m_objectPrototype : m_errorPrototypes[0];
+        m_errorPrototypes[i] = mkobj(base, m_errorClass.get());
+        define(m_errorPrototypes[i], "name", ESValue(name(ErrorNames[i])));
+    }
+}
+
+// Objects
+
+void ESContext::addChunk()
+{
+    m_chunks.push_back(std::make_unique<ESObject[]>(ObjectsPerChunk));
+    ESObject* const objects = m_chunks.back().get();
+    for (int i = ObjectsPerChunk; i-- > 0;) {
+        objects[i].nextFree = m_free;
+        m_free = &objects[i];
+    }
+}
+
+ESObject* ESContext::allocate()
+{
+    if (!m_free)
+        addChunk();
+    ESObject* object = m_free;
+    m_free = object->nextFree;
+    object->nextFree = nullptr;
+    return object;
+}
+
+ESObject* ESContext::mkobj(ESObject* prototype, ESClass* objectClass, const ESValue& primitive)
+{
+    ESObject* object = allocate();
+    object->prototype = prototype;
+    object->objectClass = objectClass;
+    object->primitive = primitive;
+    return object;
+}
+
+ESObject* ESContext::newArray(int count, const ESValue* values)
+{
+    ESObject* array = mkobj(m_arrayPrototype, m_arrayClass.get());
+    array->hasElements = true;
+    array->elements.assign(values, values + count);
+    static ESString* const length = name("length");
+    array->append(length, ESProperty::DontEnum | ESProperty::DontDelete, ESValue(double(count)));
+    return array;
+}
+
+ESObject* ESContext::newFunction(ESCode* code)
+{
+    ESObject* function = mkobj(m_functionPrototype, m_functionClass.get());
+    m_closures.push_back(std::make_unique<ESClosure>(
+        ESClosure{code->parameterCount, code->localCount, code, m_scope}));
+    function->callClosure = function->constructClosure = m_closures.back().get();
+    static ESString* const length = name("length");
+    static ESString* const prototypeName = name("prototype");
+    static ESString* const constructor = name("constructor");
+    function->append(length, 0, ESValue(double(code->parameterCount)));
+    ESObject* prototype = newObject();
+    prototype->append(constructor, ESProperty::DontEnum, ESValue(function));
+    function->append(prototypeName, 0, ESValue(prototype));
+    return function;
+}
+
+ESObject* ESContext::biinst(ESObject* holder, const Builtin& builtin, ESClass* objectClass)
+{
+    ESObject* function = mkobj(m_functionPrototype, objectClass, ESValue(name(builtin.fullName)));
+    m_closures.push_back(
+        std::make_unique<ESClosure>(ESClosure{builtin.length, 0, nullptr, nullptr}));
+    function->callClosure = m_closures.back().get();
+    function->nativeIndex = builtin.index;
+    define(function, "length", ESValue(double(builtin.length)));
+    define(holder, builtin.name, ESValue(function));
+    return function;
+}
+
+ESObject* ESContext::mkbiobj(const Builtin& builtin, ESObject* prototype, ESClass* objectClass)
+{
+    ESObject* constructor = biinst(m_global, builtin, objectClass);
+    constructor->constructClosure = constructor->callClosure;
+    define(constructor, "prototype", ESValue(prototype));
+    define(prototype, "constructor", ESValue(constructor), ESProperty::DontEnum);
+    return constructor;
+}
+
+void ESContext::define(ESObject* object, const char* text, const ESValue& value, unsigned flags)
+{
+    ESString* const key = name(text);
+    if (ESProperty* property = object->find(key))
+        property->value = value;
+    else
+        object->append(key, flags, value);
+}
+
+int ESContext::globalSlot(ESString* name, unsigned flags)
+{
+    ESProperty* known = m_global->find(name);
+    if (!known)
+        known = &m_global->append(name, flags, {});
+    return static_cast<int>(known - m_global->properties.data());
+}
+
+// Code of functions
+
+std::vector<std::unique_ptr<ESCode>>& ESContext::codes()
+{
+    static std::vector<std::unique_ptr<ESCode>> all;
+    return all;
+}
+
+int ESContext::registerFunctionCode(ESCode* code)
+{
+    codes().emplace_back(code);
+    return static_cast<int>(codes().size()) - 1;
+}
+
+ESCode* ESContext::functionCode(int index)
+{
+    return codes()[static_cast<std::size_t>(index)].get();
+}
+
+// Running
+
+namespace {
+
+/// Puts back what running code changes, however it ends.
+template <typename Value> class Restored {
+public:
+    explicit Restored(Value& value) : m_value(value), m_before(value) { }
+    ~Restored() { m_value = m_before; }
+    Restored(const Restored&) = delete;
+    Restored& operator=(const Restored&) = delete;
+
+private:
+    Value& m_value;
+    Value m_before;
+};
+
+} // namespace
+
+ESCompletion ESContext::eval(const QString& source)
+{
+    const Restored scope(m_scope);
+    const Restored thisObject(m_this);
+    const Restored base(m_argumentBase);
+    const Restored count(m_argumentCount);
+    const Restored frames(m_frames);
+    const Restored accumulator(m_a);
+    const int stackPointer = m_sp;
+    const std::size_t handlers = m_handlers.size();
+    if (m_frames == 0)
+        m_stopped = false;
+    ESCompletion completion;
+    std::unique_ptr<ESCode> code;
+    try {
+        try {
+            ESCompiler compiler(this);
+            compiler.setSource(source);
+            code = compiler.parse();
+        } catch (const ESSyntaxError& error) {
+            m_line = error.line;
+            throwException(ErrorKind::SyntaxError, error.message);
+        }
+        completion.value = exec(code.get());
+    } catch (const ESException& exception) {
+        completion.kind = ESCompletion::Exception;
+        completion.value = exception.value();
+    } catch (...) {
+        m_sp = stackPointer;
+        m_handlers.resize(handlers);
+        throw;
+    }
+    m_sp = stackPointer;
+    m_handlers.resize(handlers);
+    return completion;
+}
+
+ESValue ESContext::exec(ESCode* code)
+{
+    const int stackPointer = m_sp;
+    estmt(code);
+    const ESValue result = m_a;
+    m_sp = stackPointer;
+    return result;
+}
+
+ESValue ESContext::call(ESObject* function, ESObject* thisObject, int argc, const ESValue* argv)
+{
+    if (!function || !function->isCallable())
+        throwTypeError(u"can only call function objects"_s);
+    const Restored accumulator(m_a);
+    const int stackPointer = m_sp;
+    push(m_a);
+    for (int i = 0; i < argc; ++i)
+        push(argv[i]);
+    callOnStack(function, thisObject, argc);
+    const ESValue result = m_a;
+    m_sp = stackPointer;
+    return result;
+}
+
+void ESContext::callOnStack(ESObject* function, ESObject* thisObject, int argc)
+{
+    const ESClosure& closure = *function->callClosure;
+    const int passed = argc;
+    for (; argc < closure.parameterCount; ++argc)
+        push({});
+    if (function->nativeIndex >= 0) {
+        if (m_frames >= MaximumNesting)
+            throw ESFatalError(u"virtual machine stack too small"_s);
+        // There is always room for the result.
+        if (argc == 0)
+            push({});
+        const int base = m_sp - std::max(argc, 1);
+        ESValue* const argv = &m_stack[static_cast<std::size_t>(base)];
+        const Restored frames(m_frames);
+        ++m_frames;
+        function->objectClass->call(this, function, thisObject, passed, argv);
+        m_a = *argv;
+        m_sp = base;
+        return;
+    }
+    const Restored scope(m_scope);
+    const Restored savedThis(m_this);
+    const Restored savedBase(m_argumentBase);
+    const Restored savedCount(m_argumentCount);
+    const int base = m_sp - argc;
+    m_argumentBase = base;
+    m_argumentCount = argc;
+    m_scope = closure.scope;
+    m_this = thisObject;
+    enterFrame(closure, argc);
+    estmt(closure.code);
+    m_sp = base;
+}
+
+void ESContext::enterFrame(const ESClosure& closure, int argc)
+{
+    const ESCode& code = *closure.code;
+    if (!code.needFrame) {
+        for (int i = 0; i < code.localCount; ++i)
+            push({});
+        return;
+    }
+    ESObject* activation = mkobj(nullptr, m_activationClass.get());
+    activation->properties.reserve(code.variables.size() + std::size_t(argc));
+    const auto parameters = static_cast<std::size_t>(code.parameterCount);
+    for (std::size_t i = 0; i < parameters; ++i)
+        activation->append(code.variables[i].name, code.variables[i].flags,
+                           m_stack[static_cast<std::size_t>(m_argumentBase) + i]);
+    static ESString* const unnamed = ESStringPool::intern(QString());
+    for (int i = code.parameterCount; i < argc; ++i)
+        activation->properties.push_back(
+            {unnamed, ESProperty::DontEnum, m_stack[static_cast<std::size_t>(m_argumentBase + i)]});
+    for (std::size_t i = parameters; i < code.variables.size(); ++i)
+        activation->append(code.variables[i].name, code.variables[i].flags, {});
+    m_scope = scopeNode(activation);
+}
+
+ESObject* ESContext::scopeNode(ESObject* object)
+{
+    return mkobj(m_scope, nullptr, ESValue(object));
+}
+
+ESObject* ESContext::construct(ESObject* function, int argc, ESValue* argv)
+{
+    if (function->nativeIndex >= 0)
+        return function->objectClass->construct(this, function, argc, argv);
+    static ESString* const prototypeName = name("prototype");
+    const ESValue prototype = function->objectClass->get(this, function, prototypeName);
+    ESObject* made =
+        mkobj(prototype.isObject() ? prototype.object : m_objectPrototype, m_plainClass.get());
+    const ESValue result = call(function, made, argc, argv);
+    return result.isObject() ? result.object : made;
+}
+
+// Failures
+
+ESObject* ESContext::makeError(ErrorKind kind, const QString& message)
+{
+    ESObject* error = mkobj(errorPrototype(kind), m_errorClass.get());
+    define(error, "message", ESValue(ESStringPool::intern(message)));
+    return error;
+}
+
+void ESContext::throwException(ErrorKind kind, const QString& text)
+{
+    throw ESException(ESValue(makeError(kind, u"line %1: %2"_s.arg(m_line).arg(text))));
+}
+
+// Scopes
+
+bool ESContext::dynamicGet(ESString* key, ESValue& value, ESObject*& holder)
+{
+    for (ESObject* node = m_scope; node; node = node->prototype) {
+        ESObject* const object = node->primitive.object;
+        for (ESObject* at = object; at; at = at->prototype)
+            if (at->find(key) || (key->element >= 0 && at->element(key->element))) {
+                holder = object;
+                value = object->objectClass->get(this, object, key);
+                return true;
+            }
+    }
+    holder = m_global;
+    value = m_global->objectClass->get(this, m_global, key);
+    return m_global->find(key) != nullptr;
+}
+
+void ESContext::dynamicPut(ESString* key, const ESValue& value)
+{
+    for (ESObject* node = m_scope; node; node = node->prototype) {
+        ESObject* const object = node->primitive.object;
+        for (ESObject* at = object; at; at = at->prototype)
+            if (at->find(key) || (key->element >= 0 && at->element(key->element))) {
+                object->objectClass->put(this, object, key, value);
+                return;
+            }
+    }
+    m_global->objectClass->put(this, m_global, key, value);
+}
+
+bool ESContext::dynamicDelete(ESString* key)
+{
+    for (ESObject* node = m_scope; node; node = node->prototype)
+        if (node->primitive.object->find(key))
+            return deleteProperty(node->primitive.object, key);
+    return false;
+}
+
+bool ESContext::deleteProperty(ESObject* object, ESString* key)
+{
+    if (key->element >= 0)
+        if (ESValue* element = object->element(key->element)) {
+            *element = ESValue::hole();
+            return true;
+        }
+    ESProperty* property = object->find(key);
+    if (!property)
+        return true;
+    if (property->flags & ESProperty::DontDelete)
+        return false;
+    object->erase(property);
+    return true;
+}
+
+ESValue ESContext::getProperty(const ESValue& value, ESString* key)
+{
+    ESObject* const object = toObject(value);
+    return object->objectClass->get(this, object, key);
+}
+
+ESValue ESContext::getElement(const ESValue& value, const ESValue& key)
+{
+    if (value.isObject() && value.object->hasElements && key.isNumber()) {
+        const int index = static_cast<int>(key.number);
+        if (double(index) == key.number)
+            if (const ESValue* element = value.object->element(index))
+                return *element;
+    }
+    return getProperty(value, toEString(key));
+}
+
+void ESContext::putElement(const ESValue& value, const ESValue& key, const ESValue& put)
+{
+    if (value.isObject() && value.object->hasElements && key.isNumber()) {
+        const int index = static_cast<int>(key.number);
+        if (double(index) == key.number) {
+            if (ESValue* element = value.object->element(index)) {
+                *element = put;
+                return;
+            }
+            if (index >= 0 && ESArrayClass::append(value.object, index, put))
+                return;
+        }
+    }
+    ESObject* const object = toObject(value);
+    object->objectClass->put(this, object, toEString(key), put);
+}
+
+bool ESContext::isPrototypeOf(const ESObject* object, const ESValue& value)
+{
+    if (!value.isObject())
+        return false;
+    for (const ESObject* at = value.object->prototype; at; at = at->prototype)
+        if (at == object)
+            return true;
+    return false;
+}

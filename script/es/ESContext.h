@@ -1,0 +1,196 @@
+#pragma once
+
+#include "script/es/ESClass.h"
+#include "script/es/ESErrors.h"
+#include "script/es/ESText.h"
+
+#include <array>
+#include <memory>
+#include <vector>
+
+/// A native function, as it is installed.
+struct Builtin {
+    const char* name;     ///< of the property
+    const char* fullName; ///< such as Object.prototype.toString
+    int length;
+    bool isConstructor;
+    int index; ///< what the class's call switches on
+};
+
+/// One running instance of the script engine: an accumulator machine with a stack of values, a
+/// chain of scopes, and a heap of objects that live until the context dies. Contexts of one process
+/// share strings and the code of functions; all are used from one thread.
+class ESContext {
+public:
+    ESContext();
+    virtual ~ESContext();
+    ESContext(const ESContext&) = delete;
+    ESContext& operator=(const ESContext&) = delete;
+
+    /// Asked between instructions, whenever pollSoon was called and else now and then; false ends
+    /// the script.
+    virtual bool carryOnExecuting() { return true; }
+    /// Has carryOnExecuting asked before the next instruction. May be called at any time.
+    void pollSoon() { m_pollCountdown = 1; }
+
+    /// Compiles and runs a text. What the script throws becomes a completion; ESFatalError passes.
+    /// The context can be used again after either.
+    ESCompletion eval(const QString& source);
+    ESValue exec(ESCode* code);
+    /// Calls a function from the host. The result of the call, or what it throws as ESException.
+    ESValue call(ESObject* function, ESObject* thisObject, int argc, const ESValue* argv);
+    ESObject* construct(ESObject* function, int argc, ESValue* argv);
+
+    ESObject* global() { return m_global; }
+    /// The slot of a global variable, made if there is none of that name.
+    int globalSlot(ESString* name, unsigned flags);
+
+    // Objects
+    ESObject* mkobj(ESObject* prototype, ESClass* objectClass, const ESValue& primitive = {});
+    ESObject* newObject() { return mkobj(m_objectPrototype, m_plainClass.get()); }
+    ESObject* newArray(int count, const ESValue* values);
+    ESObject* newFunction(ESCode* code);
+    /// A native function on a holder.
+    ESObject* biinst(ESObject* holder, const Builtin& builtin, ESClass* objectClass);
+    /// A native constructor on the global object, with its prototype.
+    ESObject* mkbiobj(const Builtin& builtin, ESObject* prototype, ESClass* objectClass);
+    static ESValue biarg(int argc, const ESValue* argv, int index)
+    {
+        return index < argc ? argv[index] : ESValue();
+    }
+    static void define(ESObject* object, const char* name, const ESValue& value,
+                       unsigned flags = 0);
+
+    // Conversions
+    static bool toBoolean(const ESValue& value);
+    double toNumber(const ESValue& value)
+    {
+        return value.isNumber() ? value.number : hardToNumber(value);
+    }
+    double hardToNumber(const ESValue& value);
+    static qint32 toInt32(double number);
+    static quint32 toUint32(double number);
+    static quint16 toUint16(double number) { return quint16(toUint32(number)); }
+    static double toInteger(double number);
+    QString toString(const ESValue& value, int radix = 10);
+    /// The interned form, as it names a property.
+    ESString* toEString(const ESValue& value);
+    ESValue toPrimitive(const ESValue& value, int hint);
+    ESObject* toObject(const ESValue& value)
+    {
+        return value.isObject() ? value.object : hardToObject(value);
+    }
+    ESObject* hardToObject(const ESValue& value);
+    static bool identical(const ESValue& left, const ESValue& right);
+    bool equal(const ESValue& left, const ESValue& right);
+    ESValue add(const ESValue& left, const ESValue& right);
+    bool less(const ESValue& left, const ESValue& right, bool orEqual);
+    ESValue text(const QString& text) { return ESValue(m_texts.make(text)); }
+    static QStringView viewOf(const ESValue& string);
+    static bool isPrototypeOf(const ESObject* object, const ESValue& value);
+
+    // Properties
+    ESValue getProperty(const ESValue& object, ESString* name);
+    ESValue getElement(const ESValue& object, const ESValue& key);
+    void putElement(const ESValue& object, const ESValue& key, const ESValue& value);
+    bool deleteProperty(ESObject* object, ESString* name);
+    bool dynamicGet(ESString* name, ESValue& value, ESObject*& holder);
+    void dynamicPut(ESString* name, const ESValue& value);
+    bool dynamicDelete(ESString* name);
+
+    enum class ErrorKind { Error, RangeError, ReferenceError, SyntaxError, TypeError, EvalError };
+    /// Throws an error whose message is "line N: " and the text.
+    [[noreturn]] void throwException(ErrorKind kind, const QString& text);
+    [[noreturn]] void throwTypeError(const QString& text)
+    {
+        throwException(ErrorKind::TypeError, text);
+    }
+    ESObject* errorPrototype(ErrorKind kind) const
+    {
+        return m_errorPrototypes[static_cast<std::size_t>(kind)];
+    }
+    int line() const { return m_line; }
+
+    /// Takes a function's code over, for the life of the process, and numbers it.
+    static int registerFunctionCode(ESCode* code);
+    static ESCode* functionCode(int index);
+    /// The text of a number, as it names a property.
+    static ESString* numberName(double number);
+    /// The printed form: six significant digits, or a whole number in the radix.
+    static QString numberText(double number, int radix);
+
+protected:
+    friend class ESMachine;
+
+    static constexpr int StackSize = 1024;
+    /// Instructions between two polls.
+    static constexpr int PollInterval = 1024;
+    /// Calls within calls; each takes one of C++ as well.
+    static constexpr int MaximumNesting = 1100;
+
+    /// What throwing puts back.
+    struct Handler {
+        int target;
+        int stackPointer;
+        ESObject* scope;
+        ESValue accumulator;
+    };
+
+    static std::vector<std::unique_ptr<ESCode>>& codes();
+    void addChunk();
+    ESObject* allocate();
+    void estmt(ESCode* code);
+    /// A call whose arguments are on the stack; the result is in the accumulator.
+    void callOnStack(ESObject* function, ESObject* thisObject, int argc);
+    void enterFrame(const ESClosure& closure, int argc);
+    void enumerate();
+    bool next();
+    ESObject* scopeNode(ESObject* object);
+    ESObject* makeError(ErrorKind kind, const QString& message);
+    void createPrototypes();
+    void push(const ESValue& value)
+    {
+        if (m_sp == StackSize)
+            throw ESFatalError(QStringLiteral("virtual machine stack too small"));
+        m_stack[static_cast<std::size_t>(m_sp++)] = value;
+    }
+    ESValue& top(int below = 0) { return m_stack[static_cast<std::size_t>(m_sp - 1 - below)]; }
+    ESValue pop() { return m_stack[static_cast<std::size_t>(--m_sp)]; }
+
+    ESValue m_a;
+    std::array<ESValue, StackSize> m_stack;
+    int m_sp = 0;
+    int m_argumentBase = 0;
+    int m_argumentCount = 0;
+    ESObject* m_scope = nullptr;
+    ESObject* m_this = nullptr;
+    ESObject* m_global = nullptr;
+    int m_line = 0;
+    int m_frames = 0; ///< running estmt
+    volatile int m_pollCountdown = PollInterval;
+    bool m_stopped = false;
+    std::vector<Handler> m_handlers;
+
+    ESObject* m_objectPrototype = nullptr;
+    ESObject* m_functionPrototype = nullptr;
+    ESObject* m_arrayPrototype = nullptr;
+    ESObject* m_stringPrototype = nullptr;
+    ESObject* m_numberPrototype = nullptr;
+    ESObject* m_booleanPrototype = nullptr;
+    ESObject* m_datePrototype = nullptr;
+    std::array<ESObject*, 6> m_errorPrototypes = {};
+    std::unique_ptr<ESClass> m_plainClass;
+    std::unique_ptr<ESClass> m_activationClass;
+    std::unique_ptr<ESClass> m_functionClass;
+    std::unique_ptr<ESClass> m_arrayClass;
+    std::unique_ptr<ESClass> m_stringClass;
+    std::unique_ptr<ESClass> m_numberClass;
+    std::unique_ptr<ESClass> m_booleanClass;
+    std::unique_ptr<ESClass> m_dateClass;
+    std::unique_ptr<ESClass> m_errorClass;
+
+    ESTexts m_texts;
+    std::vector<std::unique_ptr<ESObject[]>> m_chunks;
+    std::vector<std::unique_ptr<ESClosure>> m_closures;
+    ESObject* m_free = nullptr;
+};
