@@ -177,10 +177,12 @@ MacroMap BuildSystem::macros(ProjectElement* element, const QString& configurati
         macros.insert(u"InputPath"_s, path.osPath());
         macros.insert(u"RelInputPath"_s, element->attribute(u"file_name"_s));
     }
-    macros.insert(u"OBJ"_s, objectFileExtension());
-    macros.insert(u"EXE"_s, executableFileExtension());
-    macros.insert(u"LIB"_s, libraryFileExtension());
-    macros.insert(u"PackageExt"_s, u"kvq"_s);
+    if (!follows) {
+        macros.insert(u"OBJ"_s, objectFileExtension());
+        macros.insert(u"EXE"_s, executableFileExtension());
+        macros.insert(u"LIB"_s, libraryFileExtension());
+        macros.insert(u"PackageExt"_s, u"kvq"_s);
+    }
 
     const auto expanded = [&](const char* name) {
         const QString text = setting(element, name, configuration);
