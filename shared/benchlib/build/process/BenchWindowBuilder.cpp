@@ -12,6 +12,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr int LastSignal = 64;
+constexpr qint64 IdleInterval = 10; // ms
 
 } // namespace
 
@@ -79,7 +80,14 @@ void BenchWindowBuilder::success(const QString& text) { m_log->addSuccess(text);
 
 void BenchWindowBuilder::message(const QString& text) { m_log->addMessage(text); }
 
-void BenchWindowBuilder::idle() { QCoreApplication::processEvents(); }
+void BenchWindowBuilder::idle()
+{
+    // Often enough for the eye, and seldom enough to cost nothing where nothing is to do.
+    if (m_sinceEvents.isValid() && m_sinceEvents.elapsed() < IdleInterval)
+        return;
+    QCoreApplication::processEvents();
+    m_sinceEvents.start();
+}
 
 void BenchWindowBuilder::cancelBuild()
 {

@@ -3,6 +3,7 @@
 #include "build/process/ToolProcess.h"
 #include "projects/solution/Builder.h"
 
+#include <QElapsedTimer>
 #include <vector>
 
 class BuildCommands;
@@ -74,4 +75,5 @@ private:
 
     std::unique_ptr<ToolProcess> m_process;
     bool m_processKilled = false;
+    QElapsedTimer m_sinceEvents;
 };

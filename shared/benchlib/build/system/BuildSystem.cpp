@@ -10,6 +10,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -19,7 +20,7 @@ namespace {
 
 QString absolutePath(const QString& directory, const QString& name)
 {
-    return QDir::isAbsolutePath(name) ? name : directory + u'/' + name;
+    return name.startsWith(u'/') ? name : directory + u'/' + name;
 }
 
 } // namespace
@@ -161,7 +162,11 @@ MacroMap BuildSystem::macros(ProjectElement* element, const QString& configurati
         || m_baseCache.changes != changes)
         m_baseCache = {base, configuration, changes, baseMacros(base, configuration)};
 
-    MacroMap macros = m_baseCache.macros;
+    // The last file's map is changed in place: each file sets the same names in it.
+    const bool follows = m_inBuild && element && element->isFile() && m_elementCache.base == base
+        && m_elementCache.element->isFile() && m_elementCache.configuration == configuration
+        && m_elementCache.changes == changes;
+    MacroMap macros = follows ? std::exchange(m_elementCache, {}).macros : m_baseCache.macros;
     macros.insert(u"ProjectNodeName"_s, element ? element->getName() : QString());
     if (element && element->isFile()) {
         const Path& path = element->path();
@@ -172,13 +177,16 @@ MacroMap BuildSystem::macros(ProjectElement* element, const QString& configurati
         macros.insert(u"InputPath"_s, path.osPath());
         macros.insert(u"RelInputPath"_s, element->attribute(u"file_name"_s));
     }
-    macros.insert(u"OBJ"_s, objectFileExtension());
-    macros.insert(u"EXE"_s, executableFileExtension());
-    macros.insert(u"LIB"_s, libraryFileExtension());
-    macros.insert(u"PackageExt"_s, u"kvq"_s);
+    if (!follows) {
+        macros.insert(u"OBJ"_s, objectFileExtension());
+        macros.insert(u"EXE"_s, executableFileExtension());
+        macros.insert(u"LIB"_s, libraryFileExtension());
+        macros.insert(u"PackageExt"_s, u"kvq"_s);
+    }
 
     const auto expanded = [&](const char* name) {
-        return MacroSystem::replaceMacros(macros, setting(element, name, configuration));
+        const QString text = setting(element, name, configuration);
+        return text.contains(u'$') ? MacroSystem::replaceMacros(macros, text) : text;
     };
     const auto orHere = [](const QString& directory) {
         return directory.isEmpty() ? u"."_s : directory;
@@ -190,7 +198,7 @@ MacroMap BuildSystem::macros(ProjectElement* element, const QString& configurati
     macros.insert(u"RootRelativeOutDir"_s,
                   Path(macros.value(u"OutDir"_s)).relativeDirPath(macros.value(u"RootOutDir"_s)));
     if (m_inBuild)
-        m_elementCache = {element, configuration, changes, macros};
+        m_elementCache = {element, configuration, changes, macros, base};
     return macros;
 }
 
@@ -207,6 +215,7 @@ BuildResult BuildSystem::build(ProjectElement* element, const QString& configura
     m_baseCache = {};
     m_elementCache = {};
     m_inBuild = true;
+    ++m_buildNumber;
     bool built = false;
     if (element->isSolution())
         built = solutionBuild(element, configuration, builder, mode, batch);

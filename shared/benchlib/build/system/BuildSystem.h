@@ -126,6 +126,10 @@ protected:
                    bool& rebuilt) const;
     bool stopped() const { return m_failed || m_cancelled; }
 
+    static constexpr quint64 NoBuild = 0;
+    /// A number of its own for each build; NoBuild outside of builds.
+    quint64 currentBuild() const { return m_inBuild ? m_buildNumber : NoBuild; }
+
     /// Times of files as seen in this build.
     FileTimes m_fileTimes;
 
@@ -173,8 +177,10 @@ private:
         QString configuration;
         quint64 changes = 0;
         MacroMap macros;
+        const ProjectElement* base = nullptr; ///< the element that the rest comes from
     };
     bool m_inBuild = false;
+    quint64 m_buildNumber = NoBuild;
     MacroCache m_baseCache;
     MacroCache m_elementCache;
 };

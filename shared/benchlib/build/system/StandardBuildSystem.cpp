@@ -59,7 +59,7 @@ QString projectType(ProjectElement* project)
 
 QString absolutePath(const QString& directory, const QString& path)
 {
-    return QDir::cleanPath(QDir::isAbsolutePath(path) ? path : directory + u'/' + path);
+    return QDir::cleanPath(path.startsWith(u'/') ? path : directory + u'/' + path);
 }
 
 } // namespace
@@ -139,8 +139,38 @@ PropertyClassList StandardBuildSystem::classesOf(std::initializer_list<const cha
 
 // What elements turn into
 
+StandardBuildSystem::ElementFacts& StandardBuildSystem::factsOf(const ProjectElement* element,
+                                                                const QString& configuration)
+{
+    const quint64 changes = ProjectElement::changeCount();
+    if (m_facts.build != currentBuild() || m_facts.changes != changes
+        || m_facts.configuration != configuration)
+        m_facts = {currentBuild(), changes, configuration, {}};
+    return m_facts.elements[element];
+}
+
+template <typename Value, typename Find>
+Value StandardBuildSystem::foundOnce(const ProjectElement* element, const QString& configuration,
+                                     std::optional<Value> ElementFacts::*fact, Find find)
+{
+    if (currentBuild() == NoBuild)
+        return find();
+    if (const std::optional<Value>& known = factsOf(element, configuration).*fact)
+        return *known;
+    const Value found = find();
+    factsOf(element, configuration).*fact = found;
+    return found;
+}
+
 StandardBuildSystem::BuildAction StandardBuildSystem::buildAction(ProjectElement* element,
                                                                   const QString& configuration)
+{
+    return foundOnce(element, configuration, &ElementFacts::action,
+                     [&] { return findAction(element, configuration); });
+}
+
+StandardBuildSystem::BuildAction StandardBuildSystem::findAction(ProjectElement* element,
+                                                                 const QString& configuration)
 {
     if (element->isProject())
         return actionOf(ActionsOfProjectTypes, projectType(element));
@@ -203,7 +233,8 @@ QString StandardBuildSystem::outputOf(ProjectElement* element, const QString& co
 QString StandardBuildSystem::output(ProjectElement* element, const QString& configuration,
                                     bool relative)
 {
-    const QString made = outputOf(element, configuration);
+    const QString made = foundOnce(element, configuration, &ElementFacts::output,
+                                   [&] { return outputOf(element, configuration); });
     if (made.isEmpty() || relative)
         return made;
     return absolutePath(element->projectDirectory(), made);
@@ -728,6 +759,8 @@ bool StandardBuildSystem::optionsUpToDate(const PropertyClassList& classes, Proj
                                           const QString& configuration, FileTime time,
                                           Builder* builder, bool quiet)
 {
+    if (!projectSystem->changedSinceLoad())
+        return true;
     const QDateTime since = FileTimes::toDateTime(time);
     for (const PropertyClass* propertyClass : classes)
         if (!projectSystem->upToDate(element, propertyClass, configuration, since, builder, quiet))

@@ -5,6 +5,7 @@
 #include "build/system/StagedPackages.h"
 
 #include <memory>
+#include <optional>
 
 class MemoryMap;
 
@@ -120,6 +121,25 @@ private:
         QStringList files;
     };
 
+    /// What a build finds out about an element once.
+    struct ElementFacts {
+        std::optional<BuildAction> action;
+        std::optional<QString> output;
+    };
+    /// The facts of one build, in one configuration, as long as no property changes.
+    struct Facts {
+        quint64 build = NoBuild;
+        quint64 changes = 0;
+        QString configuration;
+        QHash<const ProjectElement*, ElementFacts> elements;
+    };
+    ElementFacts& factsOf(const ProjectElement* element, const QString& configuration);
+    /// What this build has found for the element before, or what `find` finds now.
+    template <typename Value, typename Find>
+    Value foundOnce(const ProjectElement* element, const QString& configuration,
+                    std::optional<Value> ElementFacts::*fact, Find find);
+    BuildAction findAction(ProjectElement* element, const QString& configuration);
+
     bool platformBuild1(ProjectElement* element, const Context& context);
     bool buildCompile(ProjectElement* element, const Context& context, BuildAction action,
                       bool forced);
@@ -166,4 +186,5 @@ private:
     /// What objects were made from, by the path of the object.
     QHash<QString, Dependencies> m_dependencies;
     StagedPackages m_packages;
+    Facts m_facts;
 };

@@ -1,5 +1,7 @@
 #include "projects/macros/MacroExpander.h"
 
+#include <algorithm>
+
 namespace {
 
 // Values that bring in references to themselves can make passes without end, each larger than the
@@ -40,7 +42,11 @@ bool MacroExpander::pass()
             continue;
         }
         if (!between(m_at, m_text.size()).startsWith(u"$(")) {
-            m_result += m_text.at(m_at++);
+            const qsizetype limit = m_outer.isEmpty() ? m_text.size() : m_outer.last().nameEnd;
+            const qsizetype next = m_text.indexOf(u'$', m_at + 1);
+            const qsizetype end = next < 0 ? limit : std::min(next, limit);
+            m_result += between(m_at, end);
+            m_at = end;
             continue;
         }
         const qsizetype close = m_closing.at(m_at + 1);
