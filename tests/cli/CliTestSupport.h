@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TestFolder.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -26,12 +28,6 @@ inline std::string readFile(const std::filesystem::path& path)
 /// A folder for a suite's files, and calls of `gantry` with them.
 class CliTest : public testing::Test {
 protected:
-    CliTest()
-    {
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder);
-    }
-
     std::string path(const std::string& name) const { return (folder / name).string(); }
 
     std::string make(const std::string& name, const std::string& bytes) const
@@ -57,9 +53,11 @@ protected:
         return {WEXITSTATUS(status), contents("stdout"), contents("stderr")};
     }
 
-    const std::filesystem::path folder = std::filesystem::path(testing::TempDir())
-        / testing::UnitTest::GetInstance()->current_test_info()->test_suite_name()
-        / testing::UnitTest::GetInstance()->current_test_info()->name();
+private:
+    const TestFolder m_folder;
+
+protected:
+    const std::filesystem::path folder = std::filesystem::path(m_folder / "x").parent_path();
 };
 
 using Words = std::vector<unsigned>;
