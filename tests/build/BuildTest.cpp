@@ -287,6 +287,14 @@ TEST_F(BuildTest, OtherKindsOfProjectsRunTheirOwnCommands)
     build(project(u"join"_s));
     EXPECT_EQ(m_builder.commands.first(), (QStringList{u"join"_s, path("all.txt"), u"data.txt"_s}));
     EXPECT_EQ(build(project(u"join"_s)), BuildResult::NothingToDo);
+
+    // Progress reaches its end, whether anything is built or not.
+    for (const QString& name : {u"stage"_s, u"join"_s})
+        for (const unsigned mode : {0U, unsigned(BuildForce)}) {
+            m_builder.clear();
+            build(project(name), mode);
+            EXPECT_EQ(m_builder.steps, m_builder.totalSteps) << name.toStdString() << mode;
+        }
 }
 
 TEST_F(BuildTest, ExportingWritesAScriptAndChangesNothing)
