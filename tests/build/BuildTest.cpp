@@ -363,4 +363,27 @@ TEST_F(BuildTest, KindsOfFiles)
     EXPECT_EQ(projects().getFileType(told), u"C"_s);
 }
 
+TEST_F(BuildTest, OlderSolutionsAreConverted)
+{
+    m_folder.write("groups.xml",
+                   "<groups><group name='Target'><groupEntry name='X'>"
+                   "<property name='linker_heap_size' value='64'/>"
+                   "</groupEntry></group></groups>");
+    m_folder.write("old.kvp",
+                   "<!DOCTYPE GantryBench_Project_File>\n<solution Name='s' version='1'>"
+                   "<configuration Name='Common' property_groups_file_path='"
+                       + path("groups.xml").toStdString()
+                       + "'/><project Name='p'><configuration Name='Common' Target='X'/>"
+                         "<folder Name='System Files'>"
+                         "<file file_name='$(BenchDir)/targets/section_placement.xml'/>"
+                         "<file file_name='kept.c'/></folder></project></solution>");
+    projects().loadSolution(path("old.kvp"), nullptr, nullptr);
+    EXPECT_EQ(projects().solutionElement()->attribute(u"version"_s), u"2"_s);
+    EXPECT_EQ(file(u"section_placement.xml"_s), nullptr);
+    EXPECT_NE(file(u"kept.c"_s), nullptr);
+    EXPECT_EQ(projects().settingFor(project(u"p"_s),
+                                    builds().findPropertyClass(u"linker_heap_size"_s), u"Debug"_s),
+              u"64"_s);
+}
+
 } // namespace

@@ -35,10 +35,8 @@ void MSP430ProjectSystem::mungeProject(ProjectElement* project)
                 break;
             }
 
-    QString groupFile;
-    project->getProperty(CommonConfiguration, u"property_groups_file_path"_s, groupFile, nullptr);
-    if (!groupFile.isEmpty())
-        propertyGroups().setGroupFile(expandBuildMacros(project, groupFile, CommonConfiguration));
+    // By its default as well: another project's groups may be loaded.
+    useGroupFileOf(project, CommonConfiguration);
     const PropertyValueGroupClass* target = propertyGroups().getGroupClass(u"Target"_s);
     if (!target)
         return;

@@ -155,6 +155,8 @@ void StandardProjectSystem::appendFileProperties(PropertyClassList& list, Projec
 
 void StandardProjectSystem::useGroupFileOf(ProjectElement* element, const QString& configuration)
 {
+    if (!m_buildSystem)
+        return;
     propertyGroups().setGroupFile(m_buildSystem->settingForExpanded(
         element, m_buildSystem->propertyClass("property_groups_file_path"), configuration));
 }
