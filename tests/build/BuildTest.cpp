@@ -287,6 +287,14 @@ TEST_F(BuildTest, OtherKindsOfProjectsRunTheirOwnCommands)
     build(project(u"join"_s));
     EXPECT_EQ(m_builder.commands.first(), (QStringList{u"join"_s, path("all.txt"), u"data.txt"_s}));
     EXPECT_EQ(build(project(u"join"_s)), BuildResult::NothingToDo);
+
+    // Progress reaches its end, whether anything is built or not.
+    for (const QString& name : {u"stage"_s, u"join"_s})
+        for (const unsigned mode : {0U, unsigned(BuildForce)}) {
+            m_builder.clear();
+            build(project(name), mode);
+            EXPECT_EQ(m_builder.steps, m_builder.totalSteps) << name.toStdString() << mode;
+        }
 }
 
 TEST_F(BuildTest, ExportingWritesAScriptAndChangesNothing)
@@ -353,6 +361,29 @@ TEST_F(BuildTest, KindsOfFiles)
     ProjectElement* told = projects().addFile(project(u"p"_s), u"x.h"_s);
     set(told, "file_type", u"C"_s);
     EXPECT_EQ(projects().getFileType(told), u"C"_s);
+}
+
+TEST_F(BuildTest, OlderSolutionsAreConverted)
+{
+    m_folder.write("groups.xml",
+                   "<groups><group name='Target'><groupEntry name='X'>"
+                   "<property name='linker_heap_size' value='64'/>"
+                   "</groupEntry></group></groups>");
+    m_folder.write("old.kvp",
+                   "<!DOCTYPE GantryBench_Project_File>\n<solution Name='s' version='1'>"
+                   "<configuration Name='Common' property_groups_file_path='"
+                       + path("groups.xml").toStdString()
+                       + "'/><project Name='p'><configuration Name='Common' Target='X'/>"
+                         "<folder Name='System Files'>"
+                         "<file file_name='$(BenchDir)/targets/section_placement.xml'/>"
+                         "<file file_name='kept.c'/></folder></project></solution>");
+    projects().loadSolution(path("old.kvp"), nullptr, nullptr);
+    EXPECT_EQ(projects().solutionElement()->attribute(u"version"_s), u"2"_s);
+    EXPECT_EQ(file(u"section_placement.xml"_s), nullptr);
+    EXPECT_NE(file(u"kept.c"_s), nullptr);
+    EXPECT_EQ(projects().settingFor(project(u"p"_s),
+                                    builds().findPropertyClass(u"linker_heap_size"_s), u"Debug"_s),
+              u"64"_s);
 }
 
 } // namespace

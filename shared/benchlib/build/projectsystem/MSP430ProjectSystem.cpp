@@ -33,6 +33,7 @@ void MSP430ProjectSystem::mungeProject(ProjectElement* project)
                 break;
             }
 
+    // By its default as well: another project's groups may be loaded.
     useGroupFileOf(project, CommonConfiguration);
     const PropertyValueGroupClass* target = propertyGroups().getGroupClass(u"Target"_s);
     if (!target)

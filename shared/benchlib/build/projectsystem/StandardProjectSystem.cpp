@@ -156,10 +156,13 @@ void StandardProjectSystem::appendFileProperties(PropertyClassList& list, Projec
 
 void StandardProjectSystem::useGroupFileOf(ProjectElement* element, const QString& configuration)
 {
+    if (!m_buildSystem)
+        return;
     const QString path = m_buildSystem->settingForExpanded(
         element, m_buildSystem->propertyClass("property_groups_file_path"), configuration);
-    if (!path.isEmpty() && path != u"None")
-        propertyGroups().setGroupFile(Path(path).absolute(element->projectDirectory()).osPath());
+    const bool isFile = !path.isEmpty() && path != u"None";
+    propertyGroups().setGroupFile(
+        isFile ? Path(path).absolute(element->projectDirectory()).osPath() : path);
 }
 
 void StandardProjectSystem::appendPropertyGroups(PropertyClassList& list, ProjectElement* element,

@@ -423,11 +423,15 @@ bool StandardBuildSystem::platformBuild1(ProjectElement* element, const Context&
     case actionStage:
         if (element->isFile())
             return buildStage(element, context, forced);
-        if (forced)
-            finishStage(element, context);
+        finishStage(element, context, forced);
         return forced;
     case actionCombine:
-        return element->isProject() ? buildCombine(element, context, forced) : forced;
+        if (element->isProject())
+            return buildCombine(element, context, forced);
+        // Nothing of its own, but countJobs() counts it.
+        if (context.builder)
+            context.builder->nextStep();
+        return forced;
     default: return buildCompile(element, context, action, forced);
     }
 }
@@ -714,11 +718,11 @@ bool StandardBuildSystem::buildStage(ProjectElement* file, const Context& contex
     return true;
 }
 
-void StandardBuildSystem::finishStage(ProjectElement* project, const Context& context)
+void StandardBuildSystem::finishStage(ProjectElement* project, const Context& context, bool forced)
 {
     if (context.builder)
         context.builder->nextStep();
-    if (context.runTools())
+    if (forced && context.runTools())
         runUserCommand(project, context, u"Post-stage command "_s, "stage_post_build_command",
                        "stage_post_build_command_wd", {});
 }

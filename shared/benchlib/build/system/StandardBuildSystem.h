@@ -147,7 +147,7 @@ private:
     bool buildArchive(ProjectElement* project, const Context& context, bool forced);
     bool buildExternal(ProjectElement* project, const Context& context);
     bool buildStage(ProjectElement* file, const Context& context, bool forced);
-    void finishStage(ProjectElement* project, const Context& context);
+    void finishStage(ProjectElement* project, const Context& context, bool forced);
     bool buildCombine(ProjectElement* project, const Context& context, bool forced);
 
     QStringList dependenciesOf(const QString& objectPath, FileTime objectTime,
