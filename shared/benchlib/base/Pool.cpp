@@ -45,10 +45,13 @@ void Pool::clear()
         m_finalizers = finalizer->next;
         finalizer->run(finalizer->object);
     }
+    // Only the newest chunk may have a part that was never given out.
+    unsigned given = m_used;
     while (m_head != nullptr) {
         Chunk* chunk = m_head;
         m_head = chunk->next;
-        std::memset(chunk->data, ReleasedByte, chunk->size);
+        std::memset(chunk->data, ReleasedByte, given);
+        given = m_head != nullptr ? m_head->size : 0;
         chunk->next = s_released;
         s_released = chunk;
     }

@@ -23,6 +23,52 @@ QString absolutePath(const QString& directory, const QString& name)
     return name.startsWith(u'/') ? name : directory + u'/' + name;
 }
 
+/// The macros that each file has of its own.
+struct FileMacro {
+    using Value = QString (*)(const ProjectElement& file);
+    FileMacro(const QString& name, Value value)
+        : name(name),
+          reference(u"$("_s + name + u')'),
+          value(value)
+    {
+    }
+
+    QString name;
+    QString reference;
+    Value value;
+};
+const FileMacro FileMacros[] = {
+    {u"ProjectNodeName"_s, [](const ProjectElement& file) { return file.getName(); }},
+    {u"InputDir"_s, [](const ProjectElement& file) { return file.path().directory().osPath(); }},
+    {u"InputName"_s, [](const ProjectElement& file) { return file.path().baseName(); }},
+    {u"InputFileName"_s, [](const ProjectElement& file) { return file.path().fileName(); }},
+    {u"InputExt"_s, [](const ProjectElement& file) { return file.path().extension(); }},
+    {u"InputPath"_s, [](const ProjectElement& file) { return file.path().osPath(); }},
+    {u"RelInputPath"_s, [](const ProjectElement& file) { return file.attribute(u"file_name"_s); }},
+};
+
+/// Whether a reference holds another one in its name or its fallback.
+bool hasNestedReference(const QString& text)
+{
+    for (qsizetype at = text.indexOf(u"$("_s); at >= 0; at = text.indexOf(u"$("_s, at + 1)) {
+        const qsizetype inner = text.indexOf(u'$', at + 1);
+        const qsizetype end = text.indexOf(u')', at);
+        if (inner >= 0 && (end < 0 || inner < end))
+            return true;
+    }
+    return false;
+}
+
+/// The element whose macros an element shares: a file without configurations of its own, below
+/// elements without, has its project's.
+ProjectElement* macroBase(ProjectElement* element)
+{
+    while (element && !element->isProject() && element->configurations().isEmpty()
+           && element->parent())
+        element = element->parent();
+    return element;
+}
+
 } // namespace
 
 BuildSystem::BuildSystem()
@@ -154,10 +200,7 @@ MacroMap BuildSystem::macros(ProjectElement* element, const QString& configurati
         && m_elementCache.configuration == configuration && m_elementCache.changes == changes)
         return m_elementCache.macros;
 
-    // A file without configurations of its own, below elements without, has its project's macros.
-    ProjectElement* base = element;
-    while (base && !base->isProject() && base->configurations().isEmpty() && base->parent())
-        base = base->parent();
+    ProjectElement* const base = macroBase(element);
     if (!m_inBuild || m_baseCache.element != base || m_baseCache.configuration != configuration
         || m_baseCache.changes != changes)
         m_baseCache = {base, configuration, changes, baseMacros(base, configuration)};
@@ -168,16 +211,20 @@ MacroMap BuildSystem::macros(ProjectElement* element, const QString& configurati
         && m_elementCache.changes == changes;
     MacroMap macros = follows ? std::exchange(m_elementCache, {}).macros : m_baseCache.macros;
     macros.insert(u"ProjectNodeName"_s, element ? element->getName() : QString());
-    if (element && element->isFile()) {
-        const Path& path = element->path();
-        macros.insert(u"InputDir"_s, path.directory().osPath());
-        macros.insert(u"InputName"_s, path.baseName());
-        macros.insert(u"InputFileName"_s, path.fileName());
-        macros.insert(u"InputExt"_s, path.extension());
-        macros.insert(u"InputPath"_s, path.osPath());
-        macros.insert(u"RelInputPath"_s, element->attribute(u"file_name"_s));
-    }
-    if (!follows) {
+    if (element && element->isFile())
+        for (const FileMacro& macro : FileMacros)
+            macros.insert(macro.name, macro.value(*element));
+    finishMacros(element, configuration, macros, follows);
+    if (m_inBuild)
+        m_elementCache = {element, configuration, changes, macros, base};
+    return macros;
+}
+
+/// The macros behind those of the file, which may use them.
+void BuildSystem::finishMacros(ProjectElement* element, const QString& configuration,
+                               MacroMap& macros, bool extensionsStand)
+{
+    if (!extensionsStand) {
         macros.insert(u"OBJ"_s, objectFileExtension());
         macros.insert(u"EXE"_s, executableFileExtension());
         macros.insert(u"LIB"_s, libraryFileExtension());
@@ -197,9 +244,45 @@ MacroMap BuildSystem::macros(ProjectElement* element, const QString& configurati
     addMacros(element, configuration, macros);
     macros.insert(u"RootRelativeOutDir"_s,
                   Path(macros.value(u"OutDir"_s)).relativeDirPath(macros.value(u"RootOutDir"_s)));
-    if (m_inBuild)
-        m_elementCache = {element, configuration, changes, macros, base};
-    return macros;
+}
+
+// The names of outputs
+
+QString BuildSystem::expandForFile(ProjectElement* file, const char* name,
+                                   const QString& configuration)
+{
+    ProjectElement* const base = macroBase(file);
+    if (!m_inBuild || base == file)
+        return expandedSetting(file, name, configuration);
+    const quint64 changes = ProjectElement::changeCount();
+    if (m_pattern.base != base || m_pattern.name != name || m_pattern.configuration != configuration
+        || m_pattern.changes != changes)
+        m_pattern = {base, name, configuration, changes,
+                     makePattern(file, base, name, configuration)};
+    if (m_pattern.text.isNull())
+        return expandedSetting(file, name, configuration);
+    QString text = m_pattern.text;
+    for (const FileMacro& macro : FileMacros)
+        if (text.contains(macro.reference))
+            text.replace(macro.reference, macro.value(*file));
+    return text;
+}
+
+/// The setting's text for any file below the base, with only the macros of the file left in it;
+/// null if a reference is made of others, so that this can't be told.
+QString BuildSystem::makePattern(ProjectElement* file, ProjectElement* base, const char* name,
+                                 const QString& configuration)
+{
+    const QString text = setting(file, name, configuration);
+    for (const char* part : {name, "build_intermediate_directory", "build_root_output_directory",
+                             "build_output_directory"})
+        if (hasNestedReference(setting(file, part, configuration)))
+            return {};
+    MacroMap macros = baseMacros(base, configuration);
+    for (const FileMacro& macro : FileMacros)
+        macros.insert(macro.name, macro.reference);
+    finishMacros(file, configuration, macros, false);
+    return MacroSystem::replaceMacros(macros, text);
 }
 
 // Building
@@ -214,6 +297,7 @@ BuildResult BuildSystem::build(ProjectElement* element, const QString& configura
     m_fileTimes.clear();
     m_baseCache = {};
     m_elementCache = {};
+    m_pattern = {};
     m_inBuild = true;
     ++m_buildNumber;
     bool built = false;
@@ -397,7 +481,7 @@ bool BuildSystem::upToDate(const QString& directory, const QString& output, File
                            const QStringList& inputs, Builder* builder, bool quiet)
 {
     for (const QString& input : inputs) {
-        const FileTime time = m_fileTimes.of(absolutePath(directory, input));
+        const FileTime time = m_fileTimes.of(directory, input);
         if (time != MissingFile && time <= outputTime)
             continue;
         if (!quiet && builder)

@@ -111,6 +111,8 @@ protected:
     QString setting(ProjectElement* element, const char* name, const QString& configuration) const;
     QString expandedSetting(ProjectElement* element, const char* name,
                             const QString& configuration);
+    /// The same for a file, fast in a build: files of a project differ in their own names only.
+    QString expandForFile(ProjectElement* file, const char* name, const QString& configuration);
     /// True if the setting reads "Yes".
     bool yes(ProjectElement* element, const char* name, const QString& configuration) const;
 
@@ -183,6 +185,20 @@ private:
     quint64 m_buildNumber = NoBuild;
     MacroCache m_baseCache;
     MacroCache m_elementCache;
+
+    /// A setting of files that was expanded last in a build, up to the macros of the file.
+    struct Pattern {
+        const ProjectElement* base = nullptr;
+        const char* name = nullptr;
+        QString configuration;
+        quint64 changes = 0;
+        QString text;
+    };
+    QString makePattern(ProjectElement* file, ProjectElement* base, const char* name,
+                        const QString& configuration);
+    void finishMacros(ProjectElement* element, const QString& configuration, MacroMap& macros,
+                      bool extensionsStand);
+    Pattern m_pattern;
 };
 
 /// The one in use; null until its owner sets it.

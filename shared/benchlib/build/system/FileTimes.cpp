@@ -22,6 +22,22 @@ FileTime FileTimes::of(const QString& absolutePath)
     return time;
 }
 
+FileTime FileTimes::of(const QString& directory, const QString& path)
+{
+    if (path.startsWith(u'/'))
+        return of(path);
+    if (m_directory != directory) {
+        m_directory = directory;
+        m_inDirectory.clear();
+    }
+    const auto seen = m_inDirectory.constFind(path);
+    if (seen != m_inDirectory.constEnd())
+        return *seen;
+    const FileTime time = of(directory + u'/' + path);
+    m_inDirectory.insert(path, time);
+    return time;
+}
+
 QDateTime FileTimes::toDateTime(FileTime time)
 {
     return QDateTime::fromMSecsSinceEpoch(time / 1'000'000);

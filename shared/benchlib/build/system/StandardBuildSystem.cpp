@@ -1,6 +1,7 @@
 #include "build/system/StandardBuildSystem.h"
 
 #include "base/Path.h"
+#include "base/QTx.h"
 #include "build/memorymap/MemoryMap.h"
 #include "build/memorymap/MemoryMapOpenFiles.h"
 #include "build/system/BuildProperties.h"
@@ -225,7 +226,7 @@ QString StandardBuildSystem::outputOf(ProjectElement* element, const QString& co
             ? QString()
             : expandedSetting(element, "combine_output_filepath", configuration);
     default:
-        return isCompile(action) ? expandedSetting(element, "build_object_file_name", configuration)
+        return isCompile(action) ? expandForFile(element, "build_object_file_name", configuration)
                                  : QString();
     }
 }
@@ -391,7 +392,18 @@ bool StandardBuildSystem::platformBuild(ProjectElement* element, const QString& 
         builder->setTotalSteps(element, countJobs(element, configuration, mode));
     projectSystem->useGroupFileOf(element, configuration);
     m_packages.clear();
+    m_objects.clear();
+    const QString dependencies =
+        element->isProject() ? dependencyFile(element, configuration) : QString();
+    if (!dependencies.isEmpty())
+        m_dependencies.load(dependencies);
     const bool rebuilt = platformBuild1(element, {configuration, builder, mode});
+    if (!dependencies.isEmpty() && builder && builder->executes()) {
+        if (mode & BuildCleanOnly)
+            QTx::removeFile(dependencies);
+        else
+            m_dependencies.save(dependencies, m_objects);
+    }
     QString errorText;
     if (!m_packages.write(errorText)) {
         builder->error(errorText);
@@ -476,14 +488,23 @@ void StandardBuildSystem::runUserCommand(ProjectElement* element, const Context&
 QStringList StandardBuildSystem::dependenciesOf(const QString& objectPath, FileTime objectTime,
                                                 const QString& input)
 {
-    const auto known = m_dependencies.constFind(objectPath);
-    if (known != m_dependencies.constEnd() && known->objectTime == objectTime)
-        return known->files;
-    QStringList files = getObjectFileDependencies(objectPath);
+    QStringList files;
+    m_objects << objectPath;
+    if (m_dependencies.find(objectPath, objectTime, files))
+        return files;
+    files = getObjectFileDependencies(objectPath);
     if (files.isEmpty())
         files << input;
-    m_dependencies.insert(objectPath, {objectTime, files});
+    m_dependencies.insert(objectPath, objectTime, files);
     return files;
+}
+
+/// Where the dependencies of a project's objects are kept between programs.
+QString StandardBuildSystem::dependencyFile(ProjectElement* project, const QString& configuration)
+{
+    return absolutePath(project->projectDirectory(),
+                        expandedSetting(project, "build_intermediate_directory", configuration))
+        + u'/' + project->getName() + u".dependencies"_s;
 }
 
 bool StandardBuildSystem::buildCompile(ProjectElement* element, const Context& context,
@@ -517,6 +538,10 @@ bool StandardBuildSystem::buildCompile(ProjectElement* element, const Context& c
     if (stopped())
         return true;
     createCommandFor(step, context.builder);
+    // Known now, they need not be read by the next build.
+    if (const FileTime made = FileTimes::now(step.absoluteOutput);
+        made != MissingFile && context.builder->executes() && !stopped())
+        dependenciesOf(step.absoluteOutput, made, step.inputs.first());
     if (!stopped())
         runUserCommand(element, context, u"Post-compile command "_s, "compile_post_build_command",
                        "compile_post_build_command_wd", {{u"TargetPath"_s, step.absoluteOutput}});

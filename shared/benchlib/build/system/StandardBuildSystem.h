@@ -2,6 +2,7 @@
 
 #include "build/process/BuildCommands.h"
 #include "build/system/BuildSystem.h"
+#include "build/system/DependencyCache.h"
 #include "build/system/StagedPackages.h"
 
 #include <memory>
@@ -116,10 +117,6 @@ private:
         bool clean() const { return mode & BuildClean; }
         bool runTools() const { return !(mode & BuildCleanOnly) && builder; }
     };
-    struct Dependencies {
-        FileTime objectTime;
-        QStringList files;
-    };
 
     /// What a build finds out about an element once.
     struct ElementFacts {
@@ -150,6 +147,7 @@ private:
     void finishStage(ProjectElement* project, const Context& context, bool forced);
     bool buildCombine(ProjectElement* project, const Context& context, bool forced);
 
+    QString dependencyFile(ProjectElement* project, const QString& configuration);
     QStringList dependenciesOf(const QString& objectPath, FileTime objectTime,
                                const QString& input);
     /// Inputs of a link, in order; `forced` is set when one of them was rebuilt in this build.
@@ -183,8 +181,8 @@ private:
     PropertyClassList m_archiveClasses;
     PropertyClassList m_stageClasses;
     PropertyClassList m_combineClasses;
-    /// What objects were made from, by the path of the object.
-    QHash<QString, Dependencies> m_dependencies;
+    DependencyCache m_dependencies;
+    QStringList m_objects; ///< those that the build of the current project has met
     StagedPackages m_packages;
     Facts m_facts;
 };

@@ -511,13 +511,13 @@ QStringList TOBFBuildSystem::getObjectFileDependencies(const QString& objectPath
 {
     QStringList files;
     try {
-        const HFileInputByteStream stream(objectPath.toLocal8Bit().toStdString());
+        const HFileInputByteStream stream(objectPath.toStdString());
         TOBFMSP430Reader reader(&stream, false);
         TOBFModule* module = reader.readFileQuickly();
         if (!module)
             return files;
         if (const HString* list = module->attribute(HString::intern("dependencies")))
-            files = QString::fromLocal8Bit(list->text()).split(u';', Qt::SkipEmptyParts);
+            files = QString::fromUtf8(list->text()).split(u';', Qt::SkipEmptyParts);
         TOBFReader::release(module);
     } catch (const HException&) {
         // Not an object of ours: the file counts as depending on its source alone.
