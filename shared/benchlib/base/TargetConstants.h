@@ -25,9 +25,19 @@ inline QString Get_BENCH_NAME() { return QStringLiteral("GantryBench"); }
 inline QString Get_PRODUCT_GENERIC_NAME() { return QStringLiteral("Gantry for MSP430"); }
 inline QString Get_OWNER() { return QStringLiteral("Tamblyn Associates Limited"); }
 
-inline QString Get_SOFTWARE_RELEASE() { return QStringLiteral("2.0"); }
-constexpr int Get_RELEASE_MAJOR_NUMBER() { return 2; }
-inline QString Get_RELEASE_MAJOR_STRING() { return QStringLiteral("2."); }
-constexpr int Get_RELEASE_MINOR_NUMBER() { return 0; }
-constexpr int Get_RELEASE_REVISION_NUMBER() { return 7; }
-inline QString Get_RELEASE_REVISION_STRING() { return QStringLiteral("7"); }
+constexpr int Get_RELEASE_MAJOR_NUMBER() { return GANTRY_VERSION_MAJOR; }
+constexpr int Get_RELEASE_MINOR_NUMBER() { return GANTRY_VERSION_MINOR; }
+constexpr int Get_RELEASE_REVISION_NUMBER() { return GANTRY_VERSION_PATCH; }
+inline QString Get_SOFTWARE_RELEASE()
+{
+    return QString::number(Get_RELEASE_MAJOR_NUMBER()) + QLatin1Char('.')
+        + QString::number(Get_RELEASE_MINOR_NUMBER());
+}
+inline QString Get_RELEASE_MAJOR_STRING()
+{
+    return QString::number(Get_RELEASE_MAJOR_NUMBER()) + QLatin1Char('.');
+}
+inline QString Get_RELEASE_REVISION_STRING()
+{
+    return QString::number(Get_RELEASE_REVISION_NUMBER());
+}
