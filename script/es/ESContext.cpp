@@ -3,8 +3,10 @@
 #include "script/es/ESArrayClass.h"
 #include "script/es/ESCode.h"
 #include "script/es/ESCompiler.h"
+#include "script/es/ESNatives.h"
 
 #include <cmath>
+#include <cstdlib>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -19,20 +21,42 @@ ESString* name(const char* text) { return ESStringPool::intern(QLatin1String(tex
 
 } // namespace
 
+namespace {
+
+/// Puts back what running code changes, however it ends.
+template <typename Value> class Restored {
+public:
+    explicit Restored(Value& value) : m_value(value), m_before(value) { }
+    ~Restored() { m_value = m_before; }
+    Restored(const Restored&) = delete;
+    Restored& operator=(const Restored&) = delete;
+
+private:
+    Value& m_value;
+    Value m_before;
+};
+
+} // namespace
+
 ESContext::ESContext()
 {
-    m_plainClass = std::make_unique<ESClass>(u"Object"_s);
+    m_plainClass = makeObjectClass();
     m_activationClass = std::make_unique<ESClass>(u"activation"_s);
-    m_functionClass = std::make_unique<ESClass>(u"Function"_s);
+    m_functionClass = makeFunctionClass();
     m_arrayClass = std::make_unique<ESArrayClass>();
-    m_stringClass = std::make_unique<ESClass>(u"String"_s);
-    m_numberClass = std::make_unique<ESClass>(u"Number"_s);
-    m_booleanClass = std::make_unique<ESClass>(u"Boolean"_s);
+    m_arrayFunctions = makeArrayFunctions();
+    m_stringClass = makeStringClass();
+    m_numberClass = makeNumberClass();
+    m_booleanClass = makeBooleanClass();
+    m_mathClass = makeMathClass();
+    m_globalClass = makeGlobalClass();
     m_dateClass = std::make_unique<ESClass>(u"Date"_s);
-    m_errorClass = std::make_unique<ESClass>(u"Error"_s);
+    for (std::size_t i = 0; i < m_errorClasses.size(); ++i)
+        m_errorClasses[i] = makeErrorClass(static_cast<ErrorKind>(i), ErrorNames[i]);
     m_global = mkobj(nullptr, m_plainClass.get(), ESValue(name("[object global]")));
     m_this = m_global;
     createPrototypes();
+    installLibrary();
 }
 
 ESContext::~ESContext() = default;
@@ -50,9 +74,57 @@ void ESContext::createPrototypes()
     m_global->prototype = m_objectPrototype;
     for (std::size_t i = 0; i < m_errorPrototypes.size(); ++i) {
         ESObject* const base = i == 0 ? m_objectPrototype : m_errorPrototypes[0];
-        m_errorPrototypes[i] = mkobj(base, m_errorClass.get());
+        m_errorPrototypes[i] = mkobj(base, m_errorClasses[i].get());
         define(m_errorPrototypes[i], "name", ESValue(name(ErrorNames[i])));
     }
+}
+
+void ESContext::installLibrary()
+{
+    const auto native = [](const std::unique_ptr<ESClass>& objectClass) {
+        return static_cast<ESNativeClass*>(objectClass.get());
+    };
+    struct Constructor {
+        ESNativeClass* functions;
+        ESObject* prototype;
+    };
+    const Constructor constructors[] = {{native(m_plainClass), m_objectPrototype},
+                                        {native(m_functionClass), m_functionPrototype},
+                                        {native(m_booleanClass), m_booleanPrototype},
+                                        {native(m_arrayFunctions), m_arrayPrototype},
+                                        {native(m_numberClass), m_numberPrototype},
+                                        {native(m_stringClass), m_stringPrototype}};
+    for (const Constructor& one : constructors) {
+        one.functions->installConstructor(this, one.prototype);
+        one.functions->installFunctions(this, one.prototype, 1);
+    }
+    for (std::size_t i = 0; i < m_errorClasses.size(); ++i)
+        native(m_errorClasses[i])->installConstructor(this, m_errorPrototypes[i]);
+    const auto global = [&](const char* text) { return m_global->find(name(text))->value.object; };
+    installNumberConstants(global("Number"));
+    installStringFunctions(this, global("String"));
+    ESObject* math = mkobj(m_objectPrototype, m_mathClass.get());
+    define(m_global, "Math", ESValue(math));
+    native(m_mathClass)->installFunctions(this, math, 0);
+    installMathConstants(math);
+    native(m_globalClass)->installFunctions(this, m_global, 0);
+    define(m_global, "NaN", ESValue(std::nan("")));
+    define(m_global, "Infinity", ESValue(HUGE_VAL));
+    define(m_global, "undefined", {});
+}
+
+ESValue ESContext::makeFunction(const QString& parameters, const QString& body)
+{
+    const Restored scope(m_scope);
+    m_scope = nullptr;
+    std::unique_ptr<ESCode> code;
+    try {
+        ESCompiler compiler(this);
+        code = compiler.parseFunction(parameters, body);
+    } catch (const ESSyntaxError& error) {
+        throwException(ErrorKind::SyntaxError, error.message);
+    }
+    return exec(code.get());
 }
 
 // Objects
@@ -170,23 +242,6 @@ ESCode* ESContext::functionCode(int index)
 }
 
 // Running
-
-namespace {
-
-/// Puts back what running code changes, however it ends.
-template <typename Value> class Restored {
-public:
-    explicit Restored(Value& value) : m_value(value), m_before(value) { }
-    ~Restored() { m_value = m_before; }
-    Restored(const Restored&) = delete;
-    Restored& operator=(const Restored&) = delete;
-
-private:
-    Value& m_value;
-    Value m_before;
-};
-
-} // namespace
 
 ESCompletion ESContext::eval(const QString& source)
 {
@@ -328,7 +383,8 @@ ESObject* ESContext::construct(ESObject* function, int argc, ESValue* argv)
 
 ESObject* ESContext::makeError(ErrorKind kind, const QString& message)
 {
-    ESObject* error = mkobj(errorPrototype(kind), m_errorClass.get());
+    ESObject* error =
+        mkobj(errorPrototype(kind), m_errorClasses[static_cast<std::size_t>(kind)].get());
     define(error, "message", ESValue(ESStringPool::intern(message)));
     return error;
 }

@@ -4,6 +4,8 @@
 #include "script/es/ESErrors.h"
 #include "script/es/ESText.h"
 
+#include <QStringList>
+
 #include <array>
 #include <memory>
 #include <vector>
@@ -94,6 +96,14 @@ public:
     ESValue getElement(const ESValue& object, const ESValue& key);
     void putElement(const ESValue& object, const ESValue& key, const ESValue& value);
     bool deleteProperty(ESObject* object, ESString* name);
+    bool isNumberObject(const ESObject* object) const
+    {
+        return object->objectClass == m_numberClass.get() && object->primitive.isNumber();
+    }
+    bool isStringObject(const ESObject* object) const
+    {
+        return object->objectClass == m_stringClass.get();
+    }
     bool dynamicGet(ESString* name, ESValue& value, ESObject*& holder);
     void dynamicPut(ESString* name, const ESValue& value);
     bool dynamicDelete(ESString* name);
@@ -109,7 +119,14 @@ public:
     {
         return m_errorPrototypes[static_cast<std::size_t>(kind)];
     }
+    ESObject* makeError(ErrorKind kind, const QString& message);
     int line() const { return m_line; }
+
+    /// A function of the global scope from the texts of its parameters and body.
+    ESValue makeFunction(const QString& parameters, const QString& body);
+    /// Where `load` looks for files.
+    const QStringList& loadPath() const { return m_loadPath; }
+    void addToLoadPath(const QString& path) { m_loadPath << path; }
 
     /// Takes a function's code over, for the life of the process, and numbers it.
     static int registerFunctionCode(ESCode* code);
@@ -146,8 +163,8 @@ protected:
     void enumerate();
     bool next();
     ESObject* scopeNode(ESObject* object);
-    ESObject* makeError(ErrorKind kind, const QString& message);
     void createPrototypes();
+    void installLibrary();
     void push(const ESValue& value)
     {
         if (m_sp == StackSize)
@@ -183,11 +200,15 @@ protected:
     std::unique_ptr<ESClass> m_activationClass;
     std::unique_ptr<ESClass> m_functionClass;
     std::unique_ptr<ESClass> m_arrayClass;
+    std::unique_ptr<ESClass> m_arrayFunctions;
     std::unique_ptr<ESClass> m_stringClass;
     std::unique_ptr<ESClass> m_numberClass;
     std::unique_ptr<ESClass> m_booleanClass;
+    std::unique_ptr<ESClass> m_mathClass;
+    std::unique_ptr<ESClass> m_globalClass;
     std::unique_ptr<ESClass> m_dateClass;
-    std::unique_ptr<ESClass> m_errorClass;
+    std::array<std::unique_ptr<ESClass>, 6> m_errorClasses;
+    QStringList m_loadPath;
 
     ESTexts m_texts;
     std::vector<std::unique_ptr<ESObject[]>> m_chunks;

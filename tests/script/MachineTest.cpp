@@ -1,53 +1,8 @@
 // What programs do when they run.
 
-#include "script/es/ESContext.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::Literals::StringLiterals;
+#include "script/ScriptTestSupport.h"
 
 namespace {
-
-std::string textOf(ESContext& context, const ESCompletion& completion)
-{
-    if (completion.kind == ESCompletion::Normal)
-        return context.toString(completion.value).toStdString();
-    const ESValue& value = completion.value;
-    if (!value.isObject())
-        return "thrown " + context.toString(value).toStdString();
-    return "thrown "
-        + context.toString(context.getProperty(value, ESStringPool::intern(u"name"_s)))
-              .toStdString()
-        + ": "
-        + context.toString(context.getProperty(value, ESStringPool::intern(u"message"_s)))
-              .toStdString();
-}
-
-std::string run(ESContext& context, const char* source)
-{
-    try {
-        return textOf(context, context.eval(QString::fromUtf8(source)));
-    } catch (const ESFatalError& error) {
-        return "fatal " + error.text().toStdString();
-    }
-}
-
-std::string run(const char* source)
-{
-    ESContext context;
-    return run(context, source);
-}
-
-struct Case {
-    const char* source;
-    const char* result;
-};
-
-void check(std::initializer_list<Case> cases)
-{
-    for (const Case& one : cases)
-        EXPECT_EQ(run(one.source), one.result) << one.source;
-}
 
 TEST(Machine, Arithmetic)
 {
@@ -115,7 +70,8 @@ TEST(Machine, Statements)
            {"var s = ''; switch (2) { case 1: s += 'a'; case 2: s += 'b'; case 3: s += 'c'; break; "
             "default: s += 'd' } s",
             "bc"},
-           {"var o = {a: 1, b: 2}, n = 0; for (var k in o) n += o[k]; n", "3"},
+           {"var o = {a: 1, b: 2}, n = 0; for (var k in o) if (o.hasOwnProperty(k)) n += o[k]; n",
+            "3"},
            {"var o = {x: 5}; with (o) { x = x + 1; y = 1 } o.x + ' ' + y", "6 1"},
            {"f(); function f() { return 1 } f()", "1"},
            {"if (0) 1; else 2", "undefined"},
