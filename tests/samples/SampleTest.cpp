@@ -27,6 +27,11 @@ struct Sample {
 void PrintTo(const Sample& sample, std::ostream* out) { *out << sample.name; }
 
 const Sample AllSamples[] = {
+    {"hello",
+     {"%/hello.kvo"},
+     {{"%/hello.kvx", "",
+       "Hello from the MSP430!\n1 squared is 1\n2 squared is 4\n3 squared is 9\n"
+       "4 squared is 16\n5 squared is 25\n"}}},
     {"blink", {"%/blink.kvo", "%/blink.kvx", "%/blink.map"}, {}},
     {"printf",
      {"%/average.kvo"},
@@ -112,7 +117,7 @@ TEST(SampleFileTest, AreAsTheProductWritesThem)
         EXPECT_EQ(scratch.read(path.filename().string()), readFile(path)) << path;
         ++files;
     }
-    EXPECT_EQ(files, 7);
+    EXPECT_EQ(files, 8);
 }
 
 } // namespace
