@@ -153,13 +153,13 @@ TEST_F(Log, additionsByFlags)
 
 TEST_F(Log, unparsedOutputAndRelativePaths)
 {
-    log.setWorkingDirectory(Path(u"/work/project"_s));
+    log.setWorkingDirectory(Path(u"/home/me/project"_s));
     process({"../src/a.c(3): error: one"});
     log.options().showUnparsedErrorOutput = true;
     process({"  /abs/b.c(4): error: two "});
     EXPECT_EQ(log.root()->child(0)->text(), u"one"_s);
     EXPECT_EQ(log.root()->child(1)->text(), u"/abs/b.c(4): error: two"_s);
-    EXPECT_EQ(log.root()->child(0)->data().path, Path(u"/work/src/a.c"_s));
+    EXPECT_EQ(log.root()->child(0)->data().path, Path(u"/home/me/src/a.c"_s));
     const BuildLogModel::SummaryRow row = log.summaryRow(0);
     EXPECT_EQ(row.severity, u"Error"_s);
     EXPECT_EQ(row.file, u"a.c"_s);
