@@ -5,6 +5,7 @@
 #include "cli/DumpCommand.h"
 #include "cli/PackCommand.h"
 #include "cli/RunCommand.h"
+#include "cli/ScriptCommand.h"
 
 #include <vector>
 
@@ -27,6 +28,7 @@ std::span<const Command> commands()
          "[--registers] [--stats] "
          "[-- ARG...]",
          runCommand},
+        {"script", "[FILE] [-- ARG...]", scriptCommand},
     };
     return all;
 }

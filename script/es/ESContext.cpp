@@ -19,9 +19,14 @@ constexpr const char* ErrorNames[] = {"Error",       "RangeError", "ReferenceErr
 
 ESString* name(const char* text) { return ESStringPool::intern(QLatin1String(text)); }
 
-} // namespace
-
-namespace {
+/// The element that a number names, or -1.
+int elementIndex(double number)
+{
+    if (!(number >= 0 && number < 2147483647.0))
+        return -1;
+    const int index = static_cast<int>(number);
+    return double(index) == number ? index : -1;
+}
 
 /// Puts back what running code changes, however it ends.
 template <typename Value> class Restored {
@@ -50,16 +55,20 @@ ESContext::ESContext()
     m_booleanClass = makeBooleanClass();
     m_mathClass = makeMathClass();
     m_globalClass = makeGlobalClass();
-    m_dateClass = std::make_unique<ESClass>(u"Date"_s);
+    m_dateClass = makeDateClass();
     for (std::size_t i = 0; i < m_errorClasses.size(); ++i)
         m_errorClasses[i] = makeErrorClass(static_cast<ErrorKind>(i), ErrorNames[i]);
     m_global = mkobj(nullptr, m_plainClass.get(), ESValue(name("[object global]")));
-    m_this = m_global;
+    m_frame.thisObject = m_global;
     createPrototypes();
     installLibrary();
 }
 
-ESContext::~ESContext() = default;
+ESContext::~ESContext()
+{
+    for (const int code : m_codes)
+        releaseFunctionCode(code);
+}
 
 void ESContext::createPrototypes()
 {
@@ -70,7 +79,7 @@ void ESContext::createPrototypes()
     m_stringPrototype = mkobj(m_objectPrototype, m_stringClass.get());
     m_numberPrototype = mkobj(m_objectPrototype, m_numberClass.get());
     m_booleanPrototype = mkobj(m_objectPrototype, m_booleanClass.get());
-    m_datePrototype = mkobj(m_objectPrototype, m_dateClass.get());
+    m_datePrototype = mkobj(m_objectPrototype, m_dateClass.get(), ESValue(std::nan("")));
     m_global->prototype = m_objectPrototype;
     for (std::size_t i = 0; i < m_errorPrototypes.size(); ++i) {
         ESObject* const base = i == 0 ? m_objectPrototype : m_errorPrototypes[0];
@@ -93,7 +102,8 @@ void ESContext::installLibrary()
                                         {native(m_booleanClass), m_booleanPrototype},
                                         {native(m_arrayFunctions), m_arrayPrototype},
                                         {native(m_numberClass), m_numberPrototype},
-                                        {native(m_stringClass), m_stringPrototype}};
+                                        {native(m_stringClass), m_stringPrototype},
+                                        {native(m_dateClass), m_datePrototype}};
     for (const Constructor& one : constructors) {
         one.functions->installConstructor(this, one.prototype);
         one.functions->installFunctions(this, one.prototype, 1);
@@ -115,8 +125,8 @@ void ESContext::installLibrary()
 
 ESValue ESContext::makeFunction(const QString& parameters, const QString& body)
 {
-    const Restored scope(m_scope);
-    m_scope = nullptr;
+    const Restored scope(m_frame.scope);
+    m_frame.scope = nullptr;
     std::unique_ptr<ESCode> code;
     try {
         ESCompiler compiler(this);
@@ -168,11 +178,25 @@ ESObject* ESContext::newArray(int count, const ESValue* values)
     return array;
 }
 
+std::vector<ESValue> ESContext::elementsOf(const ESValue& array)
+{
+    // More than any buffer of a target needs; a sparse array may claim much more.
+    constexpr double MostElements = 1 << 24;
+    static ESString* const length = name("length");
+    const double count = isarray(array) ? toInteger(toNumber(getProperty(array, length))) : -1;
+    if (count < 0 || count > MostElements)
+        throwTypeError(u"array argument expected"_s);
+    std::vector<ESValue> values(static_cast<std::size_t>(count));
+    for (std::size_t i = 0; i < values.size(); ++i)
+        values[i] = getElement(array, ESValue(double(i)));
+    return values;
+}
+
 ESObject* ESContext::newFunction(ESCode* code)
 {
     ESObject* function = mkobj(m_functionPrototype, m_functionClass.get());
     m_closures.push_back(std::make_unique<ESClosure>(
-        ESClosure{code->parameterCount, code->localCount, code, m_scope}));
+        ESClosure{code->parameterCount, code->localCount, code, m_frame.scope}));
     function->callClosure = function->constructClosure = m_closures.back().get();
     static ESString* const length = name("length");
     static ESString* const prototypeName = name("prototype");
@@ -224,31 +248,43 @@ int ESContext::globalSlot(ESString* name, unsigned flags)
 
 // Code of functions
 
-std::vector<std::unique_ptr<ESCode>>& ESContext::codes()
-{
-    static std::vector<std::unique_ptr<ESCode>> all;
-    return all;
-}
+std::vector<std::unique_ptr<ESCode>> ESContext::m_codeVector;
+std::vector<int> ESContext::m_freeCodes;
 
 int ESContext::registerFunctionCode(ESCode* code)
 {
-    codes().emplace_back(code);
-    return static_cast<int>(codes().size()) - 1;
+    if (m_freeCodes.empty()) {
+        m_codeVector.emplace_back(code);
+        return static_cast<int>(m_codeVector.size()) - 1;
+    }
+    const int index = m_freeCodes.back();
+    m_freeCodes.pop_back();
+    m_codeVector[static_cast<std::size_t>(index)].reset(code);
+    return index;
+}
+
+void ESContext::releaseFunctionCode(int index)
+{
+    m_codeVector[static_cast<std::size_t>(index)].reset();
+    m_freeCodes.push_back(index);
+}
+
+int ESContext::adoptFunctionCode(ESCode* code)
+{
+    m_codes.push_back(registerFunctionCode(code));
+    return m_codes.back();
 }
 
 ESCode* ESContext::functionCode(int index)
 {
-    return codes()[static_cast<std::size_t>(index)].get();
+    return m_codeVector[static_cast<std::size_t>(index)].get();
 }
 
 // Running
 
 ESCompletion ESContext::eval(const QString& source)
 {
-    const Restored scope(m_scope);
-    const Restored thisObject(m_this);
-    const Restored base(m_argumentBase);
-    const Restored count(m_argumentCount);
+    const Restored frame(m_frame);
     const Restored frames(m_frames);
     const Restored accumulator(m_a);
     const int stackPointer = m_sp;
@@ -325,15 +361,9 @@ void ESContext::callOnStack(ESObject* function, ESObject* thisObject, int argc)
         m_sp = base;
         return;
     }
-    const Restored scope(m_scope);
-    const Restored savedThis(m_this);
-    const Restored savedBase(m_argumentBase);
-    const Restored savedCount(m_argumentCount);
+    const Restored frame(m_frame);
     const int base = m_sp - argc;
-    m_argumentBase = base;
-    m_argumentCount = argc;
-    m_scope = closure.scope;
-    m_this = thisObject;
+    m_frame = {closure.scope, thisObject, function, base, argc, passed};
     enterFrame(closure, argc);
     estmt(closure.code);
     m_sp = base;
@@ -352,19 +382,19 @@ void ESContext::enterFrame(const ESClosure& closure, int argc)
     const auto parameters = static_cast<std::size_t>(code.parameterCount);
     for (std::size_t i = 0; i < parameters; ++i)
         activation->append(code.variables[i].name, code.variables[i].flags,
-                           m_stack[static_cast<std::size_t>(m_argumentBase) + i]);
+                           m_stack[static_cast<std::size_t>(m_frame.base) + i]);
     static ESString* const unnamed = ESStringPool::intern(QString());
     for (int i = code.parameterCount; i < argc; ++i)
         activation->properties.push_back(
-            {unnamed, ESProperty::DontEnum, m_stack[static_cast<std::size_t>(m_argumentBase + i)]});
+            {unnamed, ESProperty::DontEnum, m_stack[static_cast<std::size_t>(m_frame.base + i)]});
     for (std::size_t i = parameters; i < code.variables.size(); ++i)
         activation->append(code.variables[i].name, code.variables[i].flags, {});
-    m_scope = scopeNode(activation);
+    m_frame.scope = scopeNode(activation);
 }
 
 ESObject* ESContext::scopeNode(ESObject* object)
 {
-    return mkobj(m_scope, nullptr, ESValue(object));
+    return mkobj(m_frame.scope, nullptr, ESValue(object));
 }
 
 ESObject* ESContext::construct(ESObject* function, int argc, ESValue* argv)
@@ -394,11 +424,24 @@ void ESContext::throwException(ErrorKind kind, const QString& text)
     throw ESException(ESValue(makeError(kind, u"line %1: %2"_s.arg(m_line).arg(text))));
 }
 
+QString ESContext::messageOf(const ESCompletion& completion)
+{
+    static ESString* const message = name("message");
+    // A script may have replaced what makes a text of its values.
+    try {
+        if (iserrorobj(completion.value))
+            return toString(getProperty(completion.value, message));
+        return u"Uncaught exception: "_s + toString(completion.value);
+    } catch (const ESException&) {
+        return u"Uncaught exception"_s;
+    }
+}
+
 // Scopes
 
 bool ESContext::dynamicGet(ESString* key, ESValue& value, ESObject*& holder)
 {
-    for (ESObject* node = m_scope; node; node = node->prototype) {
+    for (ESObject* node = m_frame.scope; node; node = node->prototype) {
         ESObject* const object = node->primitive.object;
         for (ESObject* at = object; at; at = at->prototype)
             if (at->find(key) || (key->element >= 0 && at->element(key->element))) {
@@ -414,7 +457,7 @@ bool ESContext::dynamicGet(ESString* key, ESValue& value, ESObject*& holder)
 
 void ESContext::dynamicPut(ESString* key, const ESValue& value)
 {
-    for (ESObject* node = m_scope; node; node = node->prototype) {
+    for (ESObject* node = m_frame.scope; node; node = node->prototype) {
         ESObject* const object = node->primitive.object;
         for (ESObject* at = object; at; at = at->prototype)
             if (at->find(key) || (key->element >= 0 && at->element(key->element))) {
@@ -427,7 +470,7 @@ void ESContext::dynamicPut(ESString* key, const ESValue& value)
 
 bool ESContext::dynamicDelete(ESString* key)
 {
-    for (ESObject* node = m_scope; node; node = node->prototype)
+    for (ESObject* node = m_frame.scope; node; node = node->prototype)
         if (node->primitive.object->find(key))
             return deleteProperty(node->primitive.object, key);
     return false;
@@ -457,27 +500,22 @@ ESValue ESContext::getProperty(const ESValue& value, ESString* key)
 
 ESValue ESContext::getElement(const ESValue& value, const ESValue& key)
 {
-    if (value.isObject() && value.object->hasElements && key.isNumber()) {
-        const int index = static_cast<int>(key.number);
-        if (double(index) == key.number)
-            if (const ESValue* element = value.object->element(index))
-                return *element;
-    }
+    if (value.isObject() && value.object->hasElements && key.isNumber())
+        if (const ESValue* element = value.object->element(elementIndex(key.number)))
+            return *element;
     return getProperty(value, toEString(key));
 }
 
 void ESContext::putElement(const ESValue& value, const ESValue& key, const ESValue& put)
 {
     if (value.isObject() && value.object->hasElements && key.isNumber()) {
-        const int index = static_cast<int>(key.number);
-        if (double(index) == key.number) {
-            if (ESValue* element = value.object->element(index)) {
-                *element = put;
-                return;
-            }
-            if (index >= 0 && ESArrayClass::append(value.object, index, put))
-                return;
+        const int index = elementIndex(key.number);
+        if (ESValue* element = value.object->element(index)) {
+            *element = put;
+            return;
         }
+        if (index >= 0 && ESArrayClass::append(value.object, index, put))
+            return;
     }
     ESObject* const object = toObject(value);
     object->objectClass->put(this, object, toEString(key), put);

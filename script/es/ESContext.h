@@ -8,6 +8,7 @@
 
 #include <array>
 #include <memory>
+#include <span>
 #include <vector>
 
 /// A native function, as it is installed.
@@ -51,6 +52,10 @@ public:
     ESObject* mkobj(ESObject* prototype, ESClass* objectClass, const ESValue& primitive = {});
     ESObject* newObject() { return mkobj(m_objectPrototype, m_plainClass.get()); }
     ESObject* newArray(int count, const ESValue* values);
+    ESObject* newDate(double time)
+    {
+        return mkobj(m_datePrototype, m_dateClass.get(), ESValue(time));
+    }
     ESObject* newFunction(ESCode* code);
     /// A native function on a holder.
     ESObject* biinst(ESObject* holder, const Builtin& builtin, ESClass* objectClass);
@@ -91,19 +96,44 @@ public:
     static QStringView viewOf(const ESValue& string);
     static bool isPrototypeOf(const ESObject* object, const ESValue& value);
 
+    // What a value is
+    static bool isnull(const ESValue& value) { return value.is(ESValue::Null); }
+    static bool isstr(const ESValue& value) { return value.isString(); }
+    static bool isnum(const ESValue& value) { return value.isNumber(); }
+    static bool isobj(const ESValue& value) { return value.isObject(); }
+    bool isarray(const ESValue& value) const { return isOf(value, m_arrayClass); }
+    bool isstrobj(const ESValue& value) const { return isOf(value, m_stringClass); }
+    bool isnumobj(const ESValue& value) const
+    {
+        return isOf(value, m_numberClass) && value.object->primitive.isNumber();
+    }
+    bool isboolobj(const ESValue& value) const
+    {
+        return isOf(value, m_booleanClass) && value.object->primitive.is(ESValue::Boolean);
+    }
+    bool isdateobj(const ESValue& value) const
+    {
+        return isOf(value, m_dateClass) && value.object->primitive.isNumber();
+    }
+    bool iserrorobj(const ESValue& value) const
+    {
+        return isPrototypeOf(errorPrototype(ErrorKind::Error), value);
+    }
+
+    // Arrays of the host. Each element is taken by toInt32; anything but an array is a TypeError
+    // "array argument expected".
+    std::vector<quint8> toByteArray(const ESValue& value) { return toArray<quint8>(value); }
+    std::vector<quint16> toUint16Array(const ESValue& value) { return toArray<quint16>(value); }
+    std::vector<quint32> toUint32Array(const ESValue& value) { return toArray<quint32>(value); }
+    ESValue fromByteArray(std::span<const quint8> values) { return fromArray(values); }
+    ESValue fromUint16Array(std::span<const quint16> values) { return fromArray(values); }
+    ESValue fromUint32Array(std::span<const quint32> values) { return fromArray(values); }
+
     // Properties
     ESValue getProperty(const ESValue& object, ESString* name);
     ESValue getElement(const ESValue& object, const ESValue& key);
     void putElement(const ESValue& object, const ESValue& key, const ESValue& value);
     bool deleteProperty(ESObject* object, ESString* name);
-    bool isNumberObject(const ESObject* object) const
-    {
-        return object->objectClass == m_numberClass.get() && object->primitive.isNumber();
-    }
-    bool isStringObject(const ESObject* object) const
-    {
-        return object->objectClass == m_stringClass.get();
-    }
     bool dynamicGet(ESString* name, ESValue& value, ESObject*& holder);
     void dynamicPut(ESString* name, const ESValue& value);
     bool dynamicDelete(ESString* name);
@@ -126,10 +156,23 @@ public:
     ESValue makeFunction(const QString& parameters, const QString& body);
     /// Where `load` looks for files.
     const QStringList& loadPath() const { return m_loadPath; }
+    /// Told of a file whose text `load` ran and that ended by an exception. The script goes on.
+    virtual void loadFailed(const QString& path, const ESCompletion& completion)
+    {
+        Q_UNUSED(path)
+        Q_UNUSED(completion)
+    }
+    /// What a user is told of an exception: the message of an Error, else "Uncaught exception: "
+    /// and the text of the value.
+    QString messageOf(const ESCompletion& completion);
     void addToLoadPath(const QString& path) { m_loadPath << path; }
 
-    /// Takes a function's code over, for the life of the process, and numbers it.
+    /// Takes a function's code over, for the life of this context, and numbers it.
+    int adoptFunctionCode(ESCode* code);
+    /// Takes a function's code over until it is released. The numbers are those of the process;
+    /// released ones are given again.
     static int registerFunctionCode(ESCode* code);
+    static void releaseFunctionCode(int index);
     static ESCode* functionCode(int index);
     /// The text of a number, as it names a property.
     static ESString* numberName(double number);
@@ -153,7 +196,37 @@ protected:
         ESValue accumulator;
     };
 
-    static std::vector<std::unique_ptr<ESCode>>& codes();
+    /// What a running function refers to.
+    struct Frame {
+        ESObject* scope = nullptr;
+        ESObject* thisObject = nullptr;
+        ESObject* callee = nullptr;
+        int base = 0;   ///< of the arguments on the stack
+        int count = 0;  ///< of the arguments, those that were missing included
+        int passed = 0; ///< by the caller
+    };
+
+    static std::vector<std::unique_ptr<ESCode>> m_codeVector;
+    static std::vector<int> m_freeCodes;
+    static bool isOf(const ESValue& value, const std::unique_ptr<ESClass>& objectClass)
+    {
+        return value.isObject() && value.object->objectClass == objectClass.get()
+            && !value.object->isCallable();
+    }
+    /// The elements of an array up to its length, missing ones as undefined.
+    std::vector<ESValue> elementsOf(const ESValue& array);
+    template <typename Element> std::vector<Element> toArray(const ESValue& array)
+    {
+        std::vector<Element> result;
+        for (const ESValue& value : elementsOf(array))
+            result.push_back(static_cast<Element>(toInt32(toNumber(value))));
+        return result;
+    }
+    template <typename Element> ESValue fromArray(std::span<const Element> values)
+    {
+        const std::vector<ESValue> elements(values.begin(), values.end());
+        return newArray(static_cast<int>(elements.size()), elements.data());
+    }
     void addChunk();
     ESObject* allocate();
     void estmt(ESCode* code);
@@ -177,10 +250,7 @@ protected:
     ESValue m_a;
     std::array<ESValue, StackSize> m_stack;
     int m_sp = 0;
-    int m_argumentBase = 0;
-    int m_argumentCount = 0;
-    ESObject* m_scope = nullptr;
-    ESObject* m_this = nullptr;
+    Frame m_frame;
     ESObject* m_global = nullptr;
     int m_line = 0;
     int m_frames = 0; ///< running estmt
@@ -213,5 +283,6 @@ protected:
     ESTexts m_texts;
     std::vector<std::unique_ptr<ESObject[]>> m_chunks;
     std::vector<std::unique_ptr<ESClosure>> m_closures;
+    std::vector<int> m_codes; ///< of functions that this context compiled
     ESObject* m_free = nullptr;
 };

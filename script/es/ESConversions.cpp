@@ -88,9 +88,8 @@ double ESContext::toInteger(double number)
 
 ESString* ESContext::numberName(double number)
 {
-    const auto whole = static_cast<int>(number);
-    if (number >= 0 && number < 2147483647.0 && double(whole) == number)
-        return ESStringPool::number(whole);
+    if (number >= 0 && number < 2147483647.0 && double(static_cast<int>(number)) == number)
+        return ESStringPool::number(static_cast<int>(number));
     return ESStringPool::intern(numberText(number, 10));
 }
 

@@ -158,11 +158,7 @@ void ESGenerator::generateMain(ESCode* code, ESNode* program)
     for (std::size_t i = 0; i + 1 < program->list.size(); ++i)
         genstmt(program->list[i]);
     ESNode* last = program->list.empty() ? nullptr : program->list.back();
-    if (last && last->kind == ESToken::ExpressionStatement
-        && last->child[0]->kind != ESToken::VarDeclaration
-        && last->child[0]->kind != ESToken::Comma) {
-        genexp(last->child[0]);
-    } else if (last && last->kind == ESToken::ExpressionStatement) {
+    if (last && last->kind == ESToken::ExpressionStatement) {
         genexp(last->child[0]);
     } else {
         if (last)
@@ -247,7 +243,7 @@ void ESGenerator::genget(ESString* name)
 {
     const Location at = resolve(name);
     if (at.kind == Location::Dynamic)
-        write(Op::GETW, name->index);
+        write(Op::GETW, ESStringPool::indexOf(name));
     else
         write(opcodesOf(at.kind, m_code->needFrame).get, at.index);
 }
@@ -256,7 +252,7 @@ void ESGenerator::genput(ESString* name)
 {
     const Location at = resolve(name);
     if (at.kind == Location::Dynamic)
-        write(Op::PUTW, name->index);
+        write(Op::PUTW, ESStringPool::indexOf(name));
     else
         write(opcodesOf(at.kind, m_code->needFrame).put, at.index);
 }
@@ -275,13 +271,13 @@ void ESGenerator::genstep(ESNode* target, bool increment, bool prefix, bool want
                 write(opcodes.get, at.index);
             return;
         }
-        write(Op::STR, target->name->index);
+        write(Op::STR, ESStringPool::indexOf(target->name));
         write(increment ? (prefix ? Op::PREINCX : Op::POSTINCX)
                         : (prefix ? Op::PREDECX : Op::POSTDECX));
     } else {
         genexp(target->child[0]);
         if (target->kind == ESToken::Member)
-            write(Op::STR, target->name->index);
+            write(Op::STR, ESStringPool::indexOf(target->name));
         else
             genexp(target->child[1]);
         write(increment ? (prefix ? Op::PREINCE : Op::POSTINCE)
@@ -303,6 +299,7 @@ void ESGenerator::genstmt(ESNode* node)
         for (ESNode* statement : node->list)
             genstmt(statement);
         return;
+    case ESToken::Var:
     case ESToken::ExpressionStatement: genexp(node->child[0], false); return;
     case ESToken::If: {
         genexp(node->child[0]);
@@ -399,7 +396,7 @@ void ESGenerator::genForIn(ESNode* node)
     } else {
         genexp(target->child[0]);
         if (target->kind == ESToken::Member) {
-            write(Op::PUTF, target->name->index);
+            write(Op::PUTF, ESStringPool::indexOf(target->name));
         } else {
             genexp(target->child[1]);
             write(Op::PUTX);
@@ -666,13 +663,13 @@ void ESGenerator::genassign(ESNode* node, bool wanted)
     if (target->kind == ESToken::Element)
         genexp(target->child[1]);
     else if (compound)
-        write(Op::STR, target->name->index);
+        write(Op::STR, ESStringPool::indexOf(target->name));
     if (compound) {
         write(static_cast<Op>(static_cast<int>(compound->opcode) + 1));
         if (!wanted)
             write(Op::DROP);
     } else if (target->kind == ESToken::Member) {
-        write(Op::PUTF, target->name->index);
+        write(Op::PUTF, ESStringPool::indexOf(target->name));
     } else {
         write(Op::PUTX);
     }
@@ -703,14 +700,14 @@ void ESGenerator::gencall(ESNode* node)
     case ESToken::Identifier: {
         const Location at = resolve(callee->name);
         if (at.kind == Location::Dynamic)
-            write(Op::CALLW, callee->name->index, count);
+            write(Op::CALLW, ESStringPool::indexOf(callee->name), count);
         else
             write(opcodesOf(at.kind, m_code->needFrame).call, at.index, count);
         return;
     }
     case ESToken::Member:
         genexp(callee->child[0]);
-        write(Op::CALLF, callee->name->index, count);
+        write(Op::CALLF, ESStringPool::indexOf(callee->name), count);
         return;
     case ESToken::Element:
         genexp(callee->child[0]);
@@ -725,14 +722,14 @@ void ESGenerator::gendelete(ESNode* target)
 {
     if (target->kind == ESToken::Identifier) {
         if (resolve(target->name).kind == Location::Dynamic)
-            write(Op::DELETEW, target->name->index);
+            write(Op::DELETEW, ESStringPool::indexOf(target->name));
         else
             write(Op::FALSE_);
         return;
     }
     genexp(target->child[0]);
     if (target->kind == ESToken::Member)
-        write(Op::STR, target->name->index);
+        write(Op::STR, ESStringPool::indexOf(target->name));
     else
         genexp(target->child[1]);
     write(Op::DELETEX);
@@ -787,7 +784,7 @@ void ESGenerator::genvalue(ESNode* node)
         return;
     }
     case ESToken::Number: genconstant(node->number); return;
-    case ESToken::String: write(Op::STR, node->name->index); return;
+    case ESToken::String: write(Op::STR, ESStringPool::indexOf(node->name)); return;
     case ESToken::Identifier: genget(node->name); return;
     case ESToken::This: write(Op::THIS); return;
     case ESToken::True: write(Op::TRUE_); return;
@@ -795,7 +792,7 @@ void ESGenerator::genvalue(ESNode* node)
     case ESToken::Null: write(Op::NULL_); return;
     case ESToken::Member:
         genexp(node->child[0]);
-        write(Op::GETF, node->name->index);
+        write(Op::GETF, ESStringPool::indexOf(node->name));
         return;
     case ESToken::Element:
         genexp(node->child[0]);
@@ -826,7 +823,7 @@ void ESGenerator::genvalue(ESNode* node)
         write(Op::NEWOBJ);
         for (ESNode* pair : node->list) {
             genexp(pair->child[0]);
-            write(Op::INITF, pair->name->index);
+            write(Op::INITF, ESStringPool::indexOf(pair->name));
         }
         return;
     case ESToken::FunctionExpression: write(Op::CLOSURE, node->function); return;

@@ -56,15 +56,25 @@ private:
     }
     ESValue& argument(int slot)
     {
-        return m.m_stack[static_cast<std::size_t>(m.m_argumentBase + slot)];
+        return m.m_stack[static_cast<std::size_t>(m.m_frame.base + slot)];
     }
-    ESValue& local(int slot) { return argument(m.m_argumentCount + slot); }
+    ESValue& local(int slot) { return argument(m.m_frame.count + slot); }
     ESValue& framed(int slot)
     {
-        return m.m_scope->primitive.object->properties[static_cast<std::size_t>(slot)].value;
+        return m.m_frame.scope->primitive.object->properties[static_cast<std::size_t>(slot)].value;
     }
-    ESValue& framedLocal(int slot) { return framed(m.m_argumentCount + slot); }
-    void step(ESValue& value, double delta) { value = m.toNumber(value) + delta; }
+    ESValue& framedLocal(int slot) { return framed(m.m_frame.count + slot); }
+    /// Adds to a variable. A conversion may run a script, which may move the variable.
+    template <typename Slot> void step(Slot slot, double delta)
+    {
+        ESValue& value = slot();
+        if (value.isNumber()) {
+            value.number += delta;
+        } else {
+            const double before = m.toNumber(ESValue(value));
+            slot() = before + delta;
+        }
+    }
     ESValue binary(Op opcode, const ESValue& left, const ESValue& right);
     void compoundMember(Op opcode);
     void callValue(const ESValue& function, ESObject* thisObject, int argc);
@@ -120,7 +130,7 @@ bool ESMachine::handle(const ESException& exception)
     const ESContext::Handler handler = m.m_handlers.back();
     m.m_handlers.pop_back();
     m.m_sp = handler.stackPointer;
-    m.m_scope = handler.scope;
+    m.m_frame.scope = handler.scope;
     m.m_a = handler.accumulator;
     load(exception.value());
     jump(handler.target);
@@ -191,8 +201,8 @@ void ESMachine::makeArray(int count)
 void ESMachine::makeArguments()
 {
     static ESString* const callee = ESStringPool::intern(u"callee"_s);
-    ESObject* const made = m.newArray(m.m_argumentCount, &argument(0));
-    made->append(callee, ESProperty::DontEnum, {});
+    ESObject* const made = m.newArray(m.m_frame.passed, &argument(0));
+    made->append(callee, ESProperty::DontEnum, ESValue(m.m_frame.callee));
     load(ESValue(made));
 }
 
@@ -267,22 +277,26 @@ bool ESContext::next()
 // Opcodes of variables stand in the order global, argument, and two more; see the table.
 #define ES_VARIABLE_CASES(operation, action)                                                       \
     case Op::operation##G: {                                                                       \
-        ESValue& slot = global(operand());                                                         \
+        const int index = operand();                                                               \
+        const auto slot = [&]() -> ESValue& { return global(index); };                             \
         action;                                                                                    \
         break;                                                                                     \
     }                                                                                              \
     case Op::operation##A: {                                                                       \
-        ESValue& slot = argument(operand());                                                       \
+        const int index = operand();                                                               \
+        const auto slot = [&]() -> ESValue& { return argument(index); };                           \
         action;                                                                                    \
         break;                                                                                     \
     }                                                                                              \
     case Op::operation##L: {                                                                       \
-        ESValue& slot = local(operand());                                                          \
+        const int index = operand();                                                               \
+        const auto slot = [&]() -> ESValue& { return local(index); };                              \
         action;                                                                                    \
         break;                                                                                     \
     }                                                                                              \
     case Op::operation##LM: {                                                                      \
-        ESValue& slot = framedLocal(operand());                                                    \
+        const int index = operand();                                                               \
+        const auto slot = [&]() -> ESValue& { return framedLocal(index); };                        \
         action;                                                                                    \
         break;                                                                                     \
     }
@@ -326,7 +340,7 @@ ESMachine::Step ESMachine::execute()
         case Op::TRUE_:
         case Op::FALSE_: load(ESValue::boolean(opcode == Op::TRUE_)); break;
         case Op::UNDEFINED: load({}); break;
-        case Op::THIS: load(ESValue(m.m_this)); break;
+        case Op::THIS: load(ESValue(m.m_frame.thisObject)); break;
         case Op::STR: load(ESValue(ESStringPool::get(operand()))); break;
         case Op::NEW: construct(0); break;
         case Op::NEWA: construct(operand()); break;
@@ -346,11 +360,11 @@ ESMachine::Step ESMachine::execute()
         case Op::NEWOBJ: load(ESValue(m.newObject())); break;
         case Op::WITH: {
             ESObject* const object = m.toObject(m.m_a);
-            m.m_scope = m.scopeNode(object);
+            m.m_frame.scope = m.scopeNode(object);
             drop();
             break;
         }
-        case Op::ENDWITH: m.m_scope = m.m_scope->prototype; break;
+        case Op::ENDWITH: m.m_frame.scope = m.m_frame.scope->prototype; break;
         case Op::INITF: {
             ESString* const name = ESStringPool::get(operand());
             const ESValue value = m.m_a;
@@ -395,7 +409,7 @@ ESMachine::Step ESMachine::execute()
             break;
         }
             ES_VARIABLE_CASES(CALL, {
-                const ESValue function = slot;
+                const ESValue function = slot();
                 const int count = operand();
                 m.push(m.m_a);
                 callValue(function, m.m_global, count);
@@ -415,7 +429,7 @@ ESMachine::Step ESMachine::execute()
         case Op::GETAM:
             load(framed(operand()));
             break;
-            ES_VARIABLE_CASES(GET, load(slot))
+            ES_VARIABLE_CASES(GET, load(slot()))
         case Op::GETX: {
             const ESValue result = m.getElement(m.top(), m.m_a);
             --m.m_sp;
@@ -439,7 +453,7 @@ ESMachine::Step ESMachine::execute()
             drop();
             break;
             ES_VARIABLE_CASES(PUT, {
-                slot = m.m_a;
+                slot() = m.m_a;
                 drop();
             })
         case Op::PUTX:
@@ -475,11 +489,13 @@ ESMachine::Step ESMachine::execute()
         case Op::SHRX:
         case Op::USHRX: compoundMember(static_cast<Op>(int(opcode) - 1)); break;
         case Op::INC:
-        case Op::DEC: step(m.m_a, opcode == Op::INC ? 1 : -1); break;
-        case Op::INCM: step(framed(operand()), 1); break;
-        case Op::DECAM:
-            step(framed(operand()), -1);
+        case Op::DEC: m.m_a = m.toNumber(ESValue(m.m_a)) + (opcode == Op::INC ? 1 : -1); break;
+        case Op::INCM:
+        case Op::DECAM: {
+            const int index = operand();
+            step([&]() -> ESValue& { return framed(index); }, opcode == Op::INCM ? 1 : -1);
             break;
+        }
             ES_VARIABLE_CASES(INC, step(slot, 1))
             ES_VARIABLE_CASES(DEC, step(slot, -1))
         case Op::PREINCX:
@@ -568,7 +584,7 @@ ESMachine::Step ESMachine::execute()
         case Op::RET: return Step::Stop;
         case Op::RETU: load({}); return Step::Stop;
         case Op::THROW: throw ESException(m.m_a);
-        case Op::TRY: m.m_handlers.push_back({operand(), m.m_sp, m.m_scope, m.m_a}); break;
+        case Op::TRY: m.m_handlers.push_back({operand(), m.m_sp, m.m_frame.scope, m.m_a}); break;
         case Op::ENDTRY: m.m_handlers.pop_back(); break;
         case Op::ARGUMENTS: makeArguments(); break;
         default: throw ESFatalError(u"bad opcode"_s);

@@ -16,7 +16,7 @@ constexpr double Infinity = std::numeric_limits<double>::infinity();
 double numberOf(const ESCall& call, const char* function)
 {
     const ESValue value = call.thisObject->primitive;
-    if (!call.context.isNumberObject(call.thisObject))
+    if (!call.context.isnumobj(ESValue(call.thisObject)))
         call.context.throwTypeError(
             u"Number.prototype.%1 called on non-Number object"_s.arg(QLatin1String(function)));
     return value.number;

@@ -180,7 +180,9 @@ ESValue load(const ESCall& call)
         QFile file(path);
         if (!file.open(QIODevice::ReadOnly))
             continue;
-        call.context.eval(QString::fromUtf8(file.readAll()));
+        const ESCompletion completion = call.context.eval(QString::fromUtf8(file.readAll()));
+        if (completion.kind != ESCompletion::Normal)
+            call.context.loadFailed(path, completion);
         return ESValue::boolean(true);
     }
     return ESValue::boolean(false);

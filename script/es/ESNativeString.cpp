@@ -17,7 +17,7 @@ ESValue string(const ESCall& call) { return call.string(call.argc > 0 ? call.tex
 
 QString primitiveOf(const ESCall& call, const char* name)
 {
-    if (!call.thisObject->primitive.isString() || !call.context.isStringObject(call.thisObject))
+    if (!call.thisObject->primitive.isString() || !call.context.isstrobj(ESValue(call.thisObject)))
         call.context.throwTypeError(
             u"String.prototype.%1 called on non-String object"_s.arg(QLatin1String(name)));
     return ESContext::viewOf(call.thisObject->primitive).toString();

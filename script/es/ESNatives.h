@@ -11,6 +11,7 @@ std::unique_ptr<ESNativeClass> makeBooleanClass();
 std::unique_ptr<ESNativeClass> makeNumberClass();
 std::unique_ptr<ESNativeClass> makeMathClass();
 std::unique_ptr<ESNativeClass> makeStringClass();
+std::unique_ptr<ESNativeClass> makeDateClass();
 std::unique_ptr<ESNativeClass> makeGlobalClass();
 /// Of one kind of error; the name is that of its constructor.
 std::unique_ptr<ESNativeClass> makeErrorClass(ESContext::ErrorKind kind, const char* name);

@@ -172,7 +172,7 @@ ESNode* ESParser::stmts(int terminator)
         ESNode* function = fundecl(false);
         ESNode* target = make(ESToken::Identifier);
         target->name = function->name;
-        declarations.push_back(make(ESToken::ExpressionStatement, {make('=', {target, function})}));
+        declarations.push_back(make(ESToken::Var, {make('=', {target, function})}));
     }
     ESNode* list = make(ESToken::Block);
     list->list = std::move(declarations);
@@ -235,7 +235,7 @@ ESNode* ESParser::varStatement()
 {
     ESNode* list = varlist();
     semi();
-    return make(ESToken::ExpressionStatement, {list});
+    return make(ESToken::Var, {list});
 }
 
 /// The declarations behind "var": a comma tree of assignments and of names without a value.

@@ -2,7 +2,8 @@
 
 QHash<QString, ESString*> ESStringPool::s_byText;
 std::deque<ESString> ESStringPool::s_strings;
-ESString* ESStringPool::s_numbers[SmallNumbers];
+std::vector<ESString*> ESStringPool::m_stringVector;
+ESString* ESStringPool::g_numstr[SmallNumbers];
 
 namespace {
 
@@ -27,10 +28,19 @@ ESString* ESStringPool::intern(const QString& text)
     const auto known = s_byText.constFind(text);
     if (known != s_byText.constEnd())
         return *known;
-    s_strings.push_back({static_cast<int>(s_strings.size()), text, elementOf(text)});
+    s_strings.push_back({-1, text, elementOf(text)});
     ESString* made = &s_strings.back();
     s_byText.insert(made->text, made);
     return made;
+}
+
+int ESStringPool::indexOf(ESString* string)
+{
+    if (string->index < 0) {
+        string->index = size();
+        m_stringVector.push_back(string);
+    }
+    return string->index;
 }
 
 ESString* ESStringPool::number(int value)
@@ -44,15 +54,8 @@ ESString* ESStringPool::number(unsigned value)
 {
     if (value >= SmallNumbers)
         return intern(QString::number(value));
-    ESString*& known = s_numbers[value];
+    ESString*& known = g_numstr[value];
     if (!known)
         known = intern(QString::number(value));
     return known;
-}
-
-void ESStringPool::clear()
-{
-    s_byText.clear();
-    s_strings.clear();
-    std::fill(std::begin(s_numbers), std::end(s_numbers), nullptr);
 }

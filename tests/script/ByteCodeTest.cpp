@@ -28,16 +28,28 @@ std::string codeOf(const char* source)
     return linesOf(context.global(), *code).join(u"; "_s).toStdString();
 }
 
-/// The code of the function that the source declares last.
+/// The last of the functions that a code makes, those within them included.
+const ESCode* lastFunctionOf(const ESCode& code)
+{
+    const ESCode* last = nullptr;
+    for (int offset = 0; offset < code.size();) {
+        const auto at = static_cast<std::size_t>(offset);
+        const auto opcode = static_cast<ESVmOpcode>(code.bytes[at]);
+        if (opcode == ESVmOpcode::CLOSURE)
+            last = ESContext::functionCode(code.bytes[at + 1] << 8 | code.bytes[at + 2]);
+        ESCompiler::printInsn(nullptr, code, offset, offset);
+    }
+    const ESCode* inner = last ? lastFunctionOf(*last) : nullptr;
+    return inner ? inner : last;
+}
+
 std::string functionOf(const char* source)
 {
     ESContext context;
     ESCompiler compiler(&context);
     compiler.setSource(QString::fromUtf8(source));
-    compiler.parse();
-    // Registered in the order in which they begin; the next one would have the next number.
-    const int last = ESContext::registerFunctionCode(new ESCode) - 1;
-    return linesOf(context.global(), *ESContext::functionCode(last)).join(u"; "_s).toStdString();
+    const auto code = compiler.parse();
+    return linesOf(context.global(), *lastFunctionOf(*code)).join(u"; "_s).toStdString();
 }
 
 std::string errorOf(const QString& source)

@@ -1,0 +1,176 @@
+#include "cli/ScriptCommand.h"
+
+#include "base/HException.h"
+#include "base/QTx.h"
+#include "cli/Command.h"
+#include "cli/InterruptFlag.h"
+#include "cli/LineEditor.h"
+#include "script/host/BuiltinScript.h"
+#include "script/host/JavaScriptConsole.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <cstdio>
+#include <optional>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+struct ScriptOptions {
+    std::optional<QString> file; ///< standard input if there is none
+    QStringList arguments;
+};
+
+QString toText(const std::string& word) { return QString::fromLocal8Bit(word.c_str()); }
+
+ScriptOptions parseOptions(std::span<const std::string> words)
+{
+    ScriptOptions options;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const std::string& word = words[i];
+        if (word == "--") {
+            for (const std::string& argument : words.subspan(i + 1))
+                options.arguments << toText(argument);
+            break;
+        }
+        if (word.starts_with("-") && word != "-")
+            throw UsageError{"unknown option " + word};
+        if (options.file)
+            throw UsageError{"there is more than one script; arguments stand behind --"};
+        options.file = toText(word);
+    }
+    if (options.file == u"-"_s)
+        options.file.reset();
+    return options;
+}
+
+/// The text of a script; a first line for the shell is left blank.
+QString readScript(const ScriptOptions& options)
+{
+    QFile file;
+    bool opened = false;
+    if (options.file) {
+        file.setFileName(*options.file);
+        opened = file.open(QIODevice::ReadOnly);
+    } else {
+        opened = file.open(stdin, QIODevice::ReadOnly);
+    }
+    if (!opened)
+        throw HException("can't read " + options.file.value_or(QString()).toStdString() + ": "
+                         + file.errorString().toStdString());
+    QString text = QString::fromUtf8(file.readAll());
+    if (text.startsWith(u"#!"_s))
+        text.remove(0, std::max<qsizetype>(text.indexOf(u'\n'), 0));
+    return text;
+}
+
+void print(std::FILE* out, const QString& text)
+{
+    const QByteArray bytes = text.toUtf8();
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), out);
+}
+
+class EchoToOutput : public BuiltinScript {
+public:
+    void echo(const QString& text) override { print(stdout, text + u'\n'); }
+};
+
+/// Where messages of a script belong: the name of its file in front.
+void report(const QString& path, const QString& message)
+{
+    std::fflush(stdout);
+    print(stderr, u"gantry: "_s + path + u": "_s + message + u'\n');
+}
+
+class CommandLineContext : public ESContext {
+public:
+    bool carryOnExecuting() override { return !InterruptFlag::isSet(); }
+    void loadFailed(const QString& path, const ESCompletion& completion) override
+    {
+        report(path, messageOf(completion));
+        failed = true;
+    }
+
+    bool failed = false; ///< whether a loaded file has failed
+};
+
+/// The objects that scripts of the command line have.
+class ScriptObjects {
+public:
+    explicit ScriptObjects(const ScriptOptions& options) : m_options(options) { }
+
+    std::unique_ptr<CommandLineContext> makeContext()
+    {
+        auto context = std::make_unique<CommandLineContext>();
+        context->addToLoadPath(QTx::rootDirectory() + u"/bin"_s);
+        if (m_options.file)
+            context->addToLoadPath(QFileInfo(*m_options.file).path());
+        m_script.install(context.get(), m_options.arguments);
+        m_bench.install(context.get());
+        return context;
+    }
+
+private:
+    const ScriptOptions& m_options;
+    EchoToOutput m_script;
+    BenchScript m_bench;
+};
+
+int runScript(const ScriptOptions& options)
+{
+    const QString name = options.file.value_or(u"standard input"_s);
+    ScriptObjects objects(options);
+    const auto context = objects.makeContext();
+    try {
+        const ESCompletion completion = context->eval(readScript(options));
+        if (completion.kind == ESCompletion::Normal)
+            return context->failed ? 1 : 0;
+        report(name, context->messageOf(completion));
+    } catch (const ESFatalError& error) {
+        report(name, u"line %1: "_s.arg(context->line()) + error.text());
+    } catch (const ScriptFailure& failure) {
+        report(name, failure.text());
+    }
+    return 1;
+}
+
+int runConsole(const ScriptOptions& options)
+{
+    const QString prompt = u"> "_s;
+    const QString continuation = u"... "_s;
+    const InterruptFlag interrupts;
+    ScriptObjects objects(options);
+    JavaScriptConsole console([&] { return objects.makeContext(); },
+                              [](const QString& text) { print(stdout, text); });
+    LineEditor editor(u"javascript_history"_s);
+    std::printf("GantryBench JavaScript; an end of file (Ctrl+D) leaves it.\n");
+    QString text;
+    for (;;) {
+        QString line;
+        const auto input = editor.readLine(text.isEmpty() ? prompt : continuation, line);
+        if (input == LineEditor::Input::End)
+            return 0;
+        if (input == LineEditor::Input::Interrupted) {
+            text.clear();
+            continue;
+        }
+        text += line + u'\n';
+        if (JavaScriptConsole::isUnfinished(text))
+            continue;
+        console.process(text);
+        std::fflush(stdout);
+        if (InterruptFlag::isSet())
+            std::printf("interrupted\n");
+        text.clear();
+    }
+}
+
+} // namespace
+
+int scriptCommand(std::span<const std::string> arguments)
+{
+    const ScriptOptions options = parseOptions(arguments);
+    return !options.file && LineEditor::isTerminal() ? runConsole(options) : runScript(options);
+}

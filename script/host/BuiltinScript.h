@@ -1,0 +1,34 @@
+#pragma once
+
+#include "script/es/ESNativeClass.h"
+
+#include <QStringList>
+
+/// A script that ends by its own wish, with a text as its failure. Scripts can't catch it.
+class ScriptFailure {
+public:
+    explicit ScriptFailure(const QString& text) : m_text(text) { }
+    const QString& text() const { return m_text; }
+
+private:
+    QString m_text;
+};
+
+/// The global object `WScript`: texts to whoever runs the script, and the arguments of the run.
+/// Must outlive the contexts that it is installed in.
+class BuiltinScript : public ESNativeClass {
+public:
+    BuiltinScript();
+
+    void install(ESContext* context, const QStringList& arguments = {});
+
+    /// A text of the script, without a line end.
+    virtual void echo(const QString& text) = 0;
+};
+
+/// The global object `Bench`: waiting, and ending the script. Must outlive its contexts.
+class BenchScript : public ESNativeClass {
+public:
+    BenchScript();
+    void install(ESContext* context);
+};
