@@ -28,10 +28,12 @@ ESArrayClass::ESArrayClass() : ESClass(u"Array"_s) { }
 
 double ESArrayClass::length(ESObject* array) { return lengthProperty(array).value.number; }
 
-bool ESArrayClass::append(ESObject* array, int index, const ESValue& value)
+bool ESArrayClass::append(ESContext* context, ESObject* array, int index, const ESValue& value)
 {
     if (static_cast<std::size_t>(index) != array->elements.size())
         return false;
+    if (array->elements.size() == array->elements.capacity())
+        context->memory().charge(qsizetype(array->elements.size() * sizeof(ESValue)));
     array->elements.push_back(value);
     // One that stood apart from the others has come to lie behind them.
     if (array->properties.size() > 1)
@@ -65,7 +67,7 @@ void ESArrayClass::put(ESContext* context, ESObject* object, ESString* name, con
             object->elements[index] = value;
             return;
         }
-        if (append(object, name->element, value))
+        if (append(context, object, name->element, value))
             return;
         double& length = lengthProperty(object).value.number;
         if (length <= name->element)

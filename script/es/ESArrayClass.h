@@ -11,7 +11,7 @@ public:
 
     /// Puts an element behind those in the vector, and the length with it; false if the index isn't
     /// the next one.
-    static bool append(ESObject* array, int index, const ESValue& value);
+    static bool append(ESContext* context, ESObject* array, int index, const ESValue& value);
     static double length(ESObject* array);
     static void setLength(ESObject* array, double length);
 };

@@ -1,5 +1,7 @@
 #include "script/es/ESClass.h"
 
+#include "script/es/ESContext.h"
+
 ESValue ESClass::get(ESContext*, ESObject* object, ESString* name)
 {
     for (ESObject* at = object; at; at = at->prototype) {
@@ -12,12 +14,13 @@ ESValue ESClass::get(ESContext*, ESObject* object, ESString* name)
     return {};
 }
 
-void ESClass::put(ESContext*, ESObject* object, ESString* name, const ESValue& value)
+void ESClass::put(ESContext* context, ESObject* object, ESString* name, const ESValue& value)
 {
     if (ESProperty* property = object->find(name)) {
         if (!(property->flags & ESProperty::ReadOnly))
             property->value = value;
         return;
     }
+    context->memory().charge(sizeof(ESProperty));
     object->append(name, 0, value);
 }

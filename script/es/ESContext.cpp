@@ -141,6 +141,7 @@ ESValue ESContext::makeFunction(const QString& parameters, const QString& body)
 
 void ESContext::addChunk()
 {
+    m_memory.charge(ObjectsPerChunk * qsizetype(sizeof(ESObject)));
     m_chunks.push_back(std::make_unique<ESObject[]>(ObjectsPerChunk));
     ESObject* const objects = m_chunks.back().get();
     for (int i = ObjectsPerChunk; i-- > 0;) {
@@ -172,28 +173,34 @@ ESObject* ESContext::newArray(int count, const ESValue* values)
 {
     ESObject* array = mkobj(m_arrayPrototype, m_arrayClass.get());
     array->hasElements = true;
+    m_memory.charge(count * qsizetype(sizeof(ESValue)));
     array->elements.assign(values, values + count);
     static ESString* const length = name("length");
     array->append(length, ESProperty::DontEnum | ESProperty::DontDelete, ESValue(double(count)));
     return array;
 }
 
-std::vector<ESValue> ESContext::elementsOf(const ESValue& array)
+double ESContext::lengthOf(ESObject* array)
 {
-    // More than any buffer of a target needs; a sparse array may claim much more.
-    constexpr double MostElements = 1 << 24;
-    static ESString* const length = name("length");
-    const double count = isarray(array) ? toInteger(toNumber(getProperty(array, length))) : -1;
-    if (count < 0 || count > MostElements)
-        throwTypeError(u"array argument expected"_s);
-    std::vector<ESValue> values(static_cast<std::size_t>(count));
-    for (std::size_t i = 0; i < values.size(); ++i)
-        values[i] = getElement(array, ESValue(double(i)));
-    return values;
+    constexpr double MostElements = 16'000'000;
+    static ESString* const lengthName = name("length");
+    const double length = toUint32(toNumber(getProperty(array, lengthName)));
+    if (length > MostElements)
+        throwException(ErrorKind::RangeError, u"array is too long"_s);
+    return length;
+}
+
+std::vector<ESValue> ESContext::elementsOf(ESObject* array)
+{
+    std::vector<ESValue> elements(static_cast<std::size_t>(lengthOf(array)));
+    for (std::size_t i = 0; i < elements.size(); ++i)
+        elements[i] = getElement(array, double(i));
+    return elements;
 }
 
 ESObject* ESContext::newFunction(ESCode* code)
 {
+    captureScope();
     ESObject* function = mkobj(m_functionPrototype, m_functionClass.get());
     m_closures.push_back(std::make_unique<ESClosure>(
         ESClosure{code->parameterCount, code->localCount, code, m_frame.scope}));
@@ -364,18 +371,35 @@ void ESContext::callOnStack(ESObject* function, ESObject* thisObject, int argc)
     const Restored frame(m_frame);
     const int base = m_sp - argc;
     m_frame = {closure.scope, thisObject, function, base, argc, passed};
-    enterFrame(closure, argc);
+    ESObject* const node = enterFrame(closure, argc);
     estmt(closure.code);
     m_sp = base;
+    if (node && !node->captured)
+        releaseScope(node);
 }
 
-void ESContext::enterFrame(const ESClosure& closure, int argc)
+/// Calls a method of a value by its name.
+void ESContext::callMethod(const ESValue& value, ESString* key, int argc)
+{
+    ESObject* const object = toObject(value);
+    const ESValue method = object->objectClass->get(this, object, key);
+    if (!method.isObject() || !method.object->isCallable())
+        throwTypeError(u"not a function object"_s);
+    callOnStack(method.object, object, argc);
+    // The functions of String and Number don't keep what they are called on.
+    if (!value.isObject() && method.object->nativeIndex >= 0
+        && method.object->objectClass == object->objectClass)
+        release(object);
+}
+
+/// Makes the scope of a function with captured variables; null for one without.
+ESObject* ESContext::enterFrame(const ESClosure& closure, int argc)
 {
     const ESCode& code = *closure.code;
     if (!code.needFrame) {
         for (int i = 0; i < code.localCount; ++i)
             push({});
-        return;
+        return nullptr;
     }
     ESObject* activation = mkobj(nullptr, m_activationClass.get());
     activation->properties.reserve(code.variables.size() + std::size_t(argc));
@@ -390,6 +414,27 @@ void ESContext::enterFrame(const ESClosure& closure, int argc)
     for (std::size_t i = parameters; i < code.variables.size(); ++i)
         activation->append(code.variables[i].name, code.variables[i].flags, {});
     m_frame.scope = scopeNode(activation);
+    return m_frame.scope;
+}
+
+void ESContext::captureScope()
+{
+    for (ESObject* node = m_frame.scope; node && !node->captured; node = node->prototype)
+        node->captured = true;
+}
+
+void ESContext::captureHolder(const ESObject* holder)
+{
+    for (ESObject* node = m_frame.scope; node; node = node->prototype)
+        if (node->primitive.object == holder)
+            node->captured = true;
+}
+
+/// The scope of a function that has ended, and that nothing refers to.
+void ESContext::releaseScope(ESObject* node)
+{
+    release(node->primitive.object);
+    release(node);
 }
 
 ESObject* ESContext::scopeNode(ESObject* object)
@@ -494,6 +539,12 @@ bool ESContext::deleteProperty(ESObject* object, ESString* key)
 
 ESValue ESContext::getProperty(const ESValue& value, ESString* key)
 {
+    if (value.isString()) {
+        static ESString* const length = name("length");
+        if (key == length)
+            return double(viewOf(value).size());
+        return m_stringPrototype->objectClass->get(this, m_stringPrototype, key);
+    }
     ESObject* const object = toObject(value);
     return object->objectClass->get(this, object, key);
 }
@@ -514,7 +565,7 @@ void ESContext::putElement(const ESValue& value, const ESValue& key, const ESVal
             *element = put;
             return;
         }
-        if (index >= 0 && ESArrayClass::append(value.object, index, put))
+        if (index >= 0 && ESArrayClass::append(this, value.object, index, put))
             return;
     }
     ESObject* const object = toObject(value);

@@ -48,6 +48,8 @@ public:
     /// The slot of a global variable, made if there is none of that name.
     int globalSlot(ESString* name, unsigned flags);
 
+    ESMemory& memory() { return m_memory; }
+
     // Objects
     ESObject* mkobj(ESObject* prototype, ESClass* objectClass, const ESValue& primitive = {});
     ESObject* newObject() { return mkobj(m_objectPrototype, m_plainClass.get()); }
@@ -119,6 +121,12 @@ public:
     {
         return isPrototypeOf(errorPrototype(ErrorKind::Error), value);
     }
+
+    /// The length of an object as of an array. A RangeError if it is longer than any function walks
+    /// over.
+    double lengthOf(ESObject* array);
+    /// The elements of an array up to its length, missing ones as undefined.
+    std::vector<ESValue> elementsOf(ESObject* array);
 
     // Arrays of the host. Each element is taken by toInt32; anything but an array is a TypeError
     // "array argument expected".
@@ -213,12 +221,12 @@ protected:
         return value.isObject() && value.object->objectClass == objectClass.get()
             && !value.object->isCallable();
     }
-    /// The elements of an array up to its length, missing ones as undefined.
-    std::vector<ESValue> elementsOf(const ESValue& array);
     template <typename Element> std::vector<Element> toArray(const ESValue& array)
     {
+        if (!isarray(array))
+            throwTypeError(QStringLiteral("array argument expected"));
         std::vector<Element> result;
-        for (const ESValue& value : elementsOf(array))
+        for (const ESValue& value : elementsOf(array.object))
             result.push_back(static_cast<Element>(toInt32(toNumber(value))));
         return result;
     }
@@ -229,10 +237,22 @@ protected:
     }
     void addChunk();
     ESObject* allocate();
+    void release(ESObject* object)
+    {
+        object->clear();
+        object->nextFree = m_free;
+        m_free = object;
+    }
+    /// Has all scopes of the running function outlive it.
+    void captureScope();
+    /// Has a scope object outlive its function: one that becomes the `this` of a call.
+    void captureHolder(const ESObject* holder);
+    void releaseScope(ESObject* node);
+    void callMethod(const ESValue& value, ESString* name, int argc);
     void estmt(ESCode* code);
     /// A call whose arguments are on the stack; the result is in the accumulator.
     void callOnStack(ESObject* function, ESObject* thisObject, int argc);
-    void enterFrame(const ESClosure& closure, int argc);
+    ESObject* enterFrame(const ESClosure& closure, int argc);
     void enumerate();
     bool next();
     ESObject* scopeNode(ESObject* object);
@@ -280,7 +300,8 @@ protected:
     std::array<std::unique_ptr<ESClass>, 6> m_errorClasses;
     QStringList m_loadPath;
 
-    ESTexts m_texts;
+    ESMemory m_memory;
+    ESTexts m_texts{m_memory};
     std::vector<std::unique_ptr<ESObject[]>> m_chunks;
     std::vector<std::unique_ptr<ESClosure>> m_closures;
     std::vector<int> m_codes; ///< of functions that this context compiled

@@ -214,9 +214,9 @@ ESGenerator::Location ESGenerator::resolve(ESString* name)
     };
     for (ESFunctionNode* at = m_function; at; at = at->enclosing) {
         const Location found = find(at);
-        if (found.index < 0)
+        if (found.index < 0 && !at->insideWith)
             continue;
-        if (at == m_function)
+        if (at == m_function && found.index >= 0)
             return found;
         useFrames();
         return {Location::Dynamic, 0};

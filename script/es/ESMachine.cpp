@@ -379,14 +379,14 @@ ESMachine::Step ESMachine::execute()
             ESValue function;
             ESObject* holder = nullptr;
             m.dynamicGet(name, function, holder);
+            m.captureHolder(holder);
             callValue(function, holder, count);
             break;
         }
         case Op::CALLF: {
             ESString* const name = ESStringPool::get(operand());
             const int count = operand();
-            ESObject* const object = m.toObject(m.m_a);
-            callValue(object->objectClass->get(&m, object, name), object, count);
+            m.callMethod(ESValue(m.m_a), name, count);
             break;
         }
         case Op::CALLX: {

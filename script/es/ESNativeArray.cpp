@@ -10,35 +10,22 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// More elements than this no function walks over.
-constexpr double MostElements = 16'000'000;
-
-double lengthOf(const ESCall& call, ESObject* array)
-{
-    static ESString* const name = ESStringPool::intern(u"length"_s);
-    const double length =
-        ESContext::toUint32(call.context.toNumber(call.context.getProperty(array, name)));
-    if (length > MostElements)
-        call.context.throwException(ESContext::ErrorKind::RangeError, u"array is too long"_s);
-    return length;
-}
-
-/// The elements, with undefined for those that there aren't.
 std::vector<ESValue> elementsOf(const ESCall& call, ESObject* array)
 {
-    std::vector<ESValue> elements;
-    const double length = lengthOf(call, array);
-    for (double i = 0; i < length; ++i)
-        elements.push_back(call.context.getElement(array, i));
-    return elements;
+    return call.context.elementsOf(array);
 }
 
-void replaceElements(const ESCall& call, ESObject* array, const std::vector<ESValue>& elements)
+void setLength(const ESCall& call, double length)
+{
+    static ESString* const name = ESStringPool::intern(u"length"_s);
+    call.thisObject->objectClass->put(&call.context, call.thisObject, name, length);
+}
+
+void replaceElements(const ESCall& call, const std::vector<ESValue>& elements)
 {
     for (std::size_t i = 0; i < elements.size(); ++i)
-        call.context.putElement(array, double(i), elements[i]);
-    static ESString* const name = ESStringPool::intern(u"length"_s);
-    array->objectClass->put(&call.context, array, name, double(elements.size()));
+        call.context.putElement(call.thisObject, double(i), elements[i]);
+    setLength(call, double(elements.size()));
 }
 
 ESValue newArray(const ESCall& call, const std::vector<ESValue>& elements)
@@ -64,7 +51,7 @@ ESValue toString(const ESCall& call)
     if (!call.thisObject->hasElements)
         call.context.throwTypeError(u"Array.prototype.toString requires an array"_s);
     QString text;
-    const double length = lengthOf(call, call.thisObject);
+    const double length = call.context.lengthOf(call.thisObject);
     for (double i = 0; i < length; ++i) {
         const ESValue element = call.context.getElement(call.thisObject, i);
         if (i > 0)
@@ -92,18 +79,17 @@ ESValue concat(const ESCall& call)
 
 ESValue pop(const ESCall& call)
 {
-    std::vector<ESValue> elements = elementsOf(call, call.thisObject);
-    if (elements.empty())
+    const double length = call.context.lengthOf(call.thisObject);
+    if (length == 0)
         return {};
-    const ESValue last = elements.back();
-    elements.pop_back();
-    replaceElements(call, call.thisObject, elements);
+    const ESValue last = call.context.getElement(call.thisObject, length - 1);
+    setLength(call, length - 1);
     return last;
 }
 
 ESValue push(const ESCall& call)
 {
-    double length = lengthOf(call, call.thisObject);
+    double length = call.context.lengthOf(call.thisObject);
     for (int i = 0; i < call.argc; ++i)
         call.context.putElement(call.thisObject, length++, call.argument(i));
     return length;
@@ -113,18 +99,25 @@ ESValue reverse(const ESCall& call)
 {
     std::vector<ESValue> elements = elementsOf(call, call.thisObject);
     std::reverse(elements.begin(), elements.end());
-    replaceElements(call, call.thisObject, elements);
+    replaceElements(call, elements);
     return call.thisObject;
 }
 
 ESValue shift(const ESCall& call)
 {
-    std::vector<ESValue> elements = elementsOf(call, call.thisObject);
-    if (elements.empty())
+    const double length = call.context.lengthOf(call.thisObject);
+    if (length == 0)
         return {};
-    const ESValue first = elements.front();
-    elements.erase(elements.begin());
-    replaceElements(call, call.thisObject, elements);
+    const ESValue first = call.context.getElement(call.thisObject, 0.0);
+    std::vector<ESValue>& dense = call.thisObject->elements;
+    if (double(dense.size()) == length) {
+        dense.erase(dense.begin());
+        setLength(call, length - 1);
+    } else {
+        std::vector<ESValue> elements = elementsOf(call, call.thisObject);
+        elements.erase(elements.begin());
+        replaceElements(call, elements);
+    }
     return first;
 }
 
@@ -176,7 +169,7 @@ ESValue sort(const ESCall& call)
         }
         elements.swap(merged);
     }
-    replaceElements(call, call.thisObject, elements);
+    replaceElements(call, elements);
     return call.thisObject;
 }
 

@@ -5,6 +5,7 @@
 #include "script/es/ESNatives.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <cmath>
 #include <limits>
@@ -178,7 +179,7 @@ ESValue load(const ESCall& call)
         paths << folder + u'/' + name;
     for (const QString& path : paths) {
         QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
+        if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
             continue;
         const ESCompletion completion = call.context.eval(QString::fromUtf8(file.readAll()));
         if (completion.kind != ESCompletion::Normal)

@@ -9,7 +9,29 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QString textOf(const ESCall& call) { return call.context.toString(ESValue(call.thisObject)); }
+/// The text that a function is called on. That of a String is not copied.
+class Text {
+public:
+    explicit Text(const ESCall& call)
+    {
+        if (call.context.isstrobj(ESValue(call.thisObject))
+            && call.thisObject->primitive.isString()) {
+            m_view = ESContext::viewOf(call.thisObject->primitive);
+        } else {
+            m_own = call.context.toString(ESValue(call.thisObject));
+            m_view = m_own;
+        }
+    }
+    Text(const Text&) = delete;
+    Text& operator=(const Text&) = delete;
+
+    QStringView view() const { return m_view; }
+    qsizetype size() const { return m_view.size(); }
+
+private:
+    QString m_own;
+    QStringView m_view;
+};
 
 double clamped(double value, double length) { return std::clamp(value, 0.0, length); }
 
@@ -26,40 +48,45 @@ QString primitiveOf(const ESCall& call, const char* name)
 ESValue toString(const ESCall& call) { return call.string(primitiveOf(call, "toString")); }
 ESValue valueOf(const ESCall& call) { return call.string(primitiveOf(call, "valueOf")); }
 
+/// The position that an argument names, or -1 if there is no character.
+qsizetype positionOf(const ESCall& call, const Text& text)
+{
+    const double at = call.integer(0, 0);
+    return at >= 0 && at < double(text.size()) ? qsizetype(at) : -1;
+}
+
 ESValue charAt(const ESCall& call)
 {
-    const QString text = textOf(call);
-    const double at = call.integer(0, 0);
-    return call.string(at >= 0 && at < double(text.size()) ? text.mid(qsizetype(at), 1)
-                                                           : QString());
+    const Text text(call);
+    const qsizetype at = positionOf(call, text);
+    return at < 0 ? call.string(QString()) : ESStringPool::character(text.view()[at]);
 }
 
 ESValue charCodeAt(const ESCall& call)
 {
-    const QString text = textOf(call);
-    const double at = call.integer(0, 0);
-    return at >= 0 && at < double(text.size()) ? double(text[qsizetype(at)].unicode())
-                                               : std::nan("");
+    const Text text(call);
+    const qsizetype at = positionOf(call, text);
+    return at < 0 ? std::nan("") : double(text.view()[at].unicode());
 }
 
 ESValue concat(const ESCall& call)
 {
-    QString text = textOf(call);
+    ESValue text = call.string(Text(call).view().toString());
     for (int i = 0; i < call.argc; ++i)
-        text += call.text(i);
-    return call.string(text);
+        text = call.context.add(text, call.string(call.text(i)));
+    return text;
 }
 
 ESValue indexOf(const ESCall& call)
 {
-    const QString text = textOf(call);
+    const Text text(call);
     const double from = clamped(call.integer(1, 0), double(text.size()));
-    return double(text.indexOf(call.text(0), qsizetype(from)));
+    return double(text.view().indexOf(call.text(0), qsizetype(from)));
 }
 
 ESValue lastIndexOf(const ESCall& call)
 {
-    const QString text = textOf(call);
+    const Text text(call);
     const QString wanted = call.text(0);
     const double limit = call.number(1);
     const double from = std::isnan(limit)
@@ -68,12 +95,12 @@ ESValue lastIndexOf(const ESCall& call)
     const double last = double(text.size() - wanted.size());
     if (last < 0)
         return -1.0;
-    return double(text.lastIndexOf(wanted, qsizetype(std::min(from, last))));
+    return double(text.view().lastIndexOf(wanted, qsizetype(std::min(from, last))));
 }
 
 ESValue localeCompare(const ESCall& call)
 {
-    return double(QString::localeAwareCompare(textOf(call), call.text(0)));
+    return double(QString::localeAwareCompare(Text(call).view().toString(), call.text(0)));
 }
 
 // Patterns are texts.
@@ -81,7 +108,7 @@ ESValue localeCompare(const ESCall& call)
 ESValue match(const ESCall& call)
 {
     const QString wanted = call.text(0);
-    const qsizetype at = textOf(call).indexOf(wanted);
+    const qsizetype at = Text(call).view().indexOf(wanted);
     if (at < 0)
         return ESValue::null();
     const ESValue found = call.string(wanted);
@@ -92,7 +119,7 @@ ESValue match(const ESCall& call)
 
 ESValue replace(const ESCall& call)
 {
-    QString text = textOf(call);
+    QString text = Text(call).view().toString();
     const QString wanted = call.text(0);
     const qsizetype at = text.indexOf(wanted);
     if (at < 0)
@@ -109,30 +136,31 @@ ESValue replace(const ESCall& call)
     return call.string(text.replace(at, wanted.size(), by));
 }
 
-ESValue search(const ESCall& call) { return double(textOf(call).indexOf(call.text(0))); }
+ESValue search(const ESCall& call) { return double(Text(call).view().indexOf(call.text(0))); }
 
 ESValue slice(const ESCall& call)
 {
-    const QString text = textOf(call);
+    const Text text(call);
     const auto length = double(text.size());
     const auto position = [&](double value) {
         return clamped(value < 0 ? length + value : value, length);
     };
     const double from = position(call.integer(0, 0));
     const double to = position(call.integer(1, length));
-    return call.string(text.mid(qsizetype(from), qsizetype(std::max(to - from, 0.0))));
+    return call.string(
+        text.view().mid(qsizetype(from), qsizetype(std::max(to - from, 0.0))).toString());
 }
 
 ESValue split(const ESCall& call)
 {
-    const QString text = textOf(call);
+    const QString text = Text(call).view().toString();
     const ESValue separator = call.argument(0);
     std::vector<ESValue> parts;
     if (separator.is(ESValue::Undefined)) {
         parts.push_back(call.string(text));
     } else if (call.text(0).isEmpty()) {
         for (const QChar c : text)
-            parts.push_back(call.string(QString(c)));
+            parts.push_back(ESStringPool::character(c));
     } else {
         for (const QString& part : text.split(call.text(0)))
             parts.push_back(call.string(part));
@@ -146,15 +174,22 @@ ESValue split(const ESCall& call)
 
 ESValue substring(const ESCall& call)
 {
-    const QString text = textOf(call);
+    const Text text(call);
     const auto length = double(text.size());
     const double a = clamped(call.integer(0, 0), length);
     const double b = clamped(call.integer(1, length), length);
-    return call.string(text.mid(qsizetype(std::min(a, b)), qsizetype(std::fabs(b - a))));
+    return call.string(
+        text.view().mid(qsizetype(std::min(a, b)), qsizetype(std::fabs(b - a))).toString());
 }
 
-ESValue toLowerCase(const ESCall& call) { return call.string(textOf(call).toLower()); }
-ESValue toUpperCase(const ESCall& call) { return call.string(textOf(call).toUpper()); }
+ESValue toLowerCase(const ESCall& call)
+{
+    return call.string(Text(call).view().toString().toLower());
+}
+ESValue toUpperCase(const ESCall& call)
+{
+    return call.string(Text(call).view().toString().toUpper());
+}
 
 constexpr ESNative StringFunctions[] = {{"String", 1, string},
                                         {"toString", 0, toString},
@@ -193,13 +228,14 @@ public:
 
     ESValue get(ESContext* context, ESObject* object, ESString* name) override
     {
-        if (name == lengthName() && object->primitive.isString())
+        if (name == lengthName() && context->isstrobj(ESValue(object))
+            && object->primitive.isString())
             return double(ESContext::viewOf(object->primitive).size());
         return ESNativeClass::get(context, object, name);
     }
     void put(ESContext* context, ESObject* object, ESString* name, const ESValue& value) override
     {
-        if (name != lengthName())
+        if (name != lengthName() || object->isCallable())
             ESNativeClass::put(context, object, name, value);
     }
 

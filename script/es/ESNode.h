@@ -33,4 +33,6 @@ struct ESFunctionNode {
     ESCode* code = nullptr;
     ESNode* body = nullptr;
     int line = 0;
+    /// Whether an object of a `with` may lie between its variables and those around it.
+    bool insideWith = false;
 };

@@ -35,3 +35,16 @@ void ESObject::erase(ESProperty* property)
     property->name = nullptr;
     property->value = {};
 }
+
+void ESObject::clear()
+{
+    prototype = nullptr;
+    primitive = {};
+    callClosure = constructClosure = nullptr;
+    objectClass = nullptr;
+    properties.clear();
+    elements.clear();
+    hasElements = captured = false;
+    nativeIndex = -1;
+    m_index.reset();
+}

@@ -34,6 +34,7 @@ public:
     std::vector<ESProperty> properties;
     std::vector<ESValue> elements;
     bool hasElements = false; ///< whether this is an array
+    bool captured = false;    ///< of a scope node: something may refer to it after its function
     int nativeIndex = -1;
     ESObject* nextFree = nullptr;
     ESObject* nextObject = nullptr;
@@ -49,6 +50,8 @@ public:
     ESProperty& append(ESString* name, std::uint32_t flags, const ESValue& value);
     /// Leaves an entry without a name.
     void erase(ESProperty* property);
+    /// Makes it as new.
+    void clear();
 
     /// An own element, or null.
     ESValue* element(int index)

@@ -325,7 +325,10 @@ ESNode* ESParser::jumpStatement(int kind)
 ESNode* ESParser::withStatement()
 {
     ESNode* object = parenthesized();
-    return make(ESToken::With, {object, stmt()});
+    ++m_withDepth;
+    ESNode* body = stmt();
+    --m_withDepth;
+    return make(ESToken::With, {object, body});
 }
 
 ESNode* ESParser::switchStatement()
@@ -430,6 +433,7 @@ ESNode* ESParser::functionBody(ESString* name, const std::vector<ESString*>& par
     function->enclosing = m_function;
     function->code = new ESCode;
     function->line = m_lexer.line();
+    function->insideWith = m_withDepth > 0;
     node->function = m_context->registerFunctionCode(function->code);
     m_function = function;
     const std::size_t catchNames = m_catchNames.size();

@@ -94,4 +94,5 @@ private:
     ESFunctionNode* m_function = nullptr;
     std::vector<CatchName> m_catchNames;
     int m_depth = 0;
+    int m_withDepth = 0;
 };

@@ -1,5 +1,7 @@
 #include "script/es/ESString.h"
 
+#include "script/es/ESMemory.h"
+
 QHash<QString, ESString*> ESStringPool::s_byText;
 std::deque<ESString> ESStringPool::s_strings;
 std::vector<ESString*> ESStringPool::m_stringVector;
@@ -28,6 +30,10 @@ ESString* ESStringPool::intern(const QString& text)
     const auto known = s_byText.constFind(text);
     if (known != s_byText.constEnd())
         return *known;
+    // The pool never shrinks.
+    static ESMemory memory;
+    constexpr qsizetype PerString = 2 * sizeof(ESString);
+    memory.charge(PerString + text.size() * qsizetype(sizeof(QChar)));
     s_strings.push_back({-1, text, elementOf(text)});
     ESString* made = &s_strings.back();
     s_byText.insert(made->text, made);
@@ -57,5 +63,16 @@ ESString* ESStringPool::number(unsigned value)
     ESString*& known = g_numstr[value];
     if (!known)
         known = intern(QString::number(value));
+    return known;
+}
+
+ESString* ESStringPool::character(QChar c)
+{
+    static ESString* latin[256] = {};
+    if (c.unicode() >= std::size(latin))
+        return intern(QString(c));
+    ESString*& known = latin[c.unicode()];
+    if (!known)
+        known = intern(QString(c));
     return known;
 }

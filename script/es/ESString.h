@@ -26,6 +26,8 @@ public:
     /// The decimal text of a number; those below 100 are at hand.
     static ESString* number(int value);
     static ESString* number(unsigned value);
+    /// The text of one character.
+    static ESString* character(QChar c);
     /// How many strings have an index.
     static int size() { return static_cast<int>(m_stringVector.size()); }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "script/es/ESMemory.h"
+
 #include <QString>
 
 #include <deque>
@@ -17,8 +19,11 @@ struct ESText {
 /// The texts of a context; they live as long as it does.
 class ESTexts {
 public:
+    explicit ESTexts(ESMemory& memory) : m_memory(memory) { }
+
     ESText* make(const QString& text)
     {
+        charge(text.size());
         QString* buffer = &m_buffers.emplace_back(text);
         return &m_texts.emplace_back(ESText{buffer, buffer->size()});
     }
@@ -26,6 +31,7 @@ public:
     ESText* append(const ESText& left, QStringView right)
     {
         if (left.length == left.buffer->size()) {
+            charge(right.size());
             left.buffer->append(right);
             return &m_texts.emplace_back(ESText{left.buffer, left.buffer->size()});
         }
@@ -33,6 +39,7 @@ public:
     }
     ESText* concatenate(QStringView left, QStringView right)
     {
+        charge(2 * (left.size() + right.size()));
         QString* buffer = &m_buffers.emplace_back();
         buffer->reserve(2 * (left.size() + right.size()));
         buffer->append(left);
@@ -41,6 +48,13 @@ public:
     }
 
 private:
+    void charge(qsizetype characters)
+    {
+        constexpr qsizetype PerText = sizeof(ESText) + sizeof(QString);
+        m_memory.charge(characters * qsizetype(sizeof(QChar)) + PerText);
+    }
+
+    ESMemory& m_memory;
     std::deque<QString> m_buffers;
     std::deque<ESText> m_texts;
 };

@@ -24,6 +24,15 @@ struct ESValue {
     constexpr ESValue(ESString* text) : tag(String), string(text) { }
     constexpr ESValue(ESText* value) : tag(OwnedString), text(value) { }
     constexpr ESValue(ESObject* value) : tag(Object), object(value) { }
+    constexpr ESValue(const ESValue&) = default;
+    /// Part by part: a value was mostly written just before, part by part, and reading it as a
+    /// whole would make the processor wait for both.
+    constexpr ESValue& operator=(const ESValue& other)
+    {
+        tag = other.tag;
+        bits = other.bits;
+        return *this;
+    }
     static constexpr ESValue null() { return ofTag(Null); }
     static constexpr ESValue hole() { return ofTag(Hole); }
     static constexpr ESValue boolean(bool truth)
@@ -45,6 +54,7 @@ struct ESValue {
         ESText* text;
         ESString* string;
         ESObject* object;
+        std::uint64_t bits;
     };
 
 private:
