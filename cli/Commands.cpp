@@ -3,6 +3,7 @@
 #include "cli/Command.h"
 #include "cli/ConvertCommand.h"
 #include "cli/DumpCommand.h"
+#include "cli/ForthCommand.h"
 #include "cli/PackCommand.h"
 #include "cli/RunCommand.h"
 #include "cli/ScriptCommand.h"
@@ -20,6 +21,7 @@ std::span<const Command> commands()
         {"convert", "IN OUT [--from ID] [--to ID] [--address A] [--fill BYTE]", convertCommand},
         {"dump", "FILE [--sections] [--symbols] [--types] [--lines] [--listing] [--disassembly]",
          dumpCommand},
+        {"forth", "[FILE...]", forthCommand},
         {"pack", "SOLUTION OUT", packCommand},
         {"run",
          "PROGRAM [--device NAME] [--type ID] [--address A] [--fill BYTE] [--pc A] [--steps N] "
