@@ -3,6 +3,7 @@
 #include "base/HException.h"
 #include "objfile/format/HFileInputByteStream.h"
 #include "objfile/msp430/TOBFMSP430Reader.h"
+#include "objfile/query/SymbolicDebug.h"
 
 #include <sys/stat.h>
 
@@ -29,6 +30,15 @@ TOBFModule* read(const Path& path)
 
 } // namespace
 
+TOBFfiles::Record::Record(const Path& path, std::int64_t modified, TOBFModule* module)
+    : path(path),
+      modified(modified),
+      module(module)
+{
+}
+
+TOBFfiles::Record::~Record() = default;
+
 TOBFModule* TOBFfiles::getModule(const Path& path)
 {
     const std::int64_t modified = modificationTime(path);
@@ -40,7 +50,7 @@ TOBFModule* TOBFfiles::getModule(const Path& path)
     }
     TOBFModule* module = read(path);
     if (module != nullptr)
-        s_records.push_front({path, modified, module, nullptr, 1, 0});
+        s_records.emplace_front(path, modified, module);
     return module;
 }
 
@@ -52,4 +62,29 @@ void TOBFfiles::release(TOBFModule* module)
         return;
     TOBFReader::release(it->module);
     s_records.erase(it);
+}
+
+SymbolicDebug* TOBFfiles::getSymbolicDebug(const Path& path)
+{
+    TOBFModule* module = getModule(path);
+    if (module == nullptr)
+        return nullptr;
+    const auto it = std::find_if(s_records.begin(), s_records.end(),
+                                 [=](const Record& record) { return record.module == module; });
+    if (it->debug == nullptr)
+        it->debug = std::make_unique<SymbolicDebug>(module, path);
+    ++it->debugReferences;
+    return it->debug.get();
+}
+
+void TOBFfiles::release(SymbolicDebug* debug)
+{
+    const auto it = std::find_if(s_records.begin(), s_records.end(),
+                                 [=](const Record& record) { return record.debug.get() == debug; });
+    if (debug == nullptr || it == s_records.end())
+        return;
+    TOBFModule* module = it->module;
+    if (--it->debugReferences <= 0)
+        it->debug.reset();
+    release(module);
 }

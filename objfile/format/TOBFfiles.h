@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <list>
+#include <memory>
 
 class SymbolicDebug;
 class TOBFModule;
@@ -17,13 +18,21 @@ public:
     static TOBFModule* getModule(const Path& path);
     static void release(TOBFModule* module);
 
+    /// The index of a file, made when it is first asked for, with a reference to it and its module;
+    /// throws as above, and null for a file without a module.
+    static SymbolicDebug* getSymbolicDebug(const Path& path);
+    static void release(SymbolicDebug* debug);
+
 private:
     struct Record {
+        Record(const Path& path, std::int64_t modified, TOBFModule* module);
+        ~Record();
+
         Path path;
-        std::int64_t modified = 0; ///< nanoseconds since 1970
-        TOBFModule* module = nullptr;
-        SymbolicDebug* debug = nullptr;
-        int moduleReferences = 0;
+        std::int64_t modified; ///< nanoseconds since 1970
+        TOBFModule* module;
+        std::unique_ptr<SymbolicDebug> debug;
+        int moduleReferences = 1;
         int debugReferences = 0;
     };
     static std::list<Record> s_records;
