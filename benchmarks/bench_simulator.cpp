@@ -1,5 +1,6 @@
-// Runs one image in the simulator and in `mspdebug sim` and prints the speed of both and their
-// ratio. usage: bench_simulator [OUTER_LOOPS]
+// Runs one image in the simulator, free and watched in several ways, and in `mspdebug sim`, and
+// prints their speeds and ratios. usage: bench_simulator [OUTER_LOOPS]
+#include "projects/macros/MacroSystem.h"
 #include "target/msp430/MSP430Monitor.h"
 
 #include <algorithm>
@@ -12,6 +13,7 @@
 namespace {
 
 constexpr unsigned start = 0x8000;
+constexpr unsigned short resetTo = start;
 constexpr unsigned innerLoops = 1000;
 constexpr unsigned innerLength = 11;
 
@@ -48,10 +50,28 @@ double secondsSince(std::chrono::steady_clock::time_point began)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
 }
 
-double runHere(const std::vector<unsigned short>& code, unsigned done)
+/// How a run is watched.
+enum class Watch { Nothing, Code, Data, Trace, Peripherals };
+
+double runHere(const char* name, const std::vector<unsigned short>& code, unsigned done,
+               Watch watch)
 {
     MSP430Monitor monitor;
+    if (watch == Watch::Peripherals) {
+        monitor.setIdentifyString("MSP430F449");
+        monitor.setEnablePeripheralFile(true);
+    }
     monitor.connect(false);
+    // Neither is ever met.
+    HBreakpoint codeBreakpoint{.address = done + 2};
+    HBreakpoint dataBreakpoint{.address = 0x500, .length = 2, .trigger = 2};
+    if (watch == Watch::Code)
+        monitor.setBreakpoint(&codeBreakpoint);
+    if (watch == Watch::Data)
+        monitor.setBreakpoint(&dataBreakpoint);
+    monitor.setTraceEnabled(watch == Watch::Trace);
+    monitor.pokeMultUint16(0xFFFE, 1, &resetTo);
+    monitor.reset(true, false);
     monitor.pokeMultUint16(start, static_cast<unsigned>(code.size()), code.data());
     monitor.pokeUint16(done, 0x4343);
     const auto began = std::chrono::steady_clock::now();
@@ -59,7 +79,7 @@ double runHere(const std::vector<unsigned short>& code, unsigned done)
     const double seconds = secondsSince(began);
     if (monitor.stopReason() != StopReason::SoftwareBreakpoint)
         std::fprintf(stderr, "bench_simulator: the program did not reach its end\n");
-    std::printf("ours      %11llu instructions %8.3f s %8.1f MIPS\n",
+    std::printf("%-10s%11llu instructions %8.3f s %8.1f MIPS\n", name,
                 static_cast<unsigned long long>(monitor.runCounter()), seconds,
                 static_cast<double>(monitor.runCounter()) / seconds / 1e6);
     return seconds;
@@ -95,7 +115,18 @@ int main(int argc, char** argv)
     const unsigned outerLoops = argc > 1 ? static_cast<unsigned>(std::atoi(argv[1])) : 10000;
     const std::vector<unsigned short> code = program(std::clamp(outerLoops, 1u, 65535u));
     const unsigned done = start + 2 * static_cast<unsigned>(code.size()) - 2;
-    const double ours = runHere(code, done);
+    MacroSystem macros;
+    macros.setupDefaultSystemMacros(QStringLiteral(GANTRY_ROOT_TREE));
+    macros.setupPackageMacros(QStringLiteral(GANTRY_ROOT_TREE "/packages"));
+    macroSystem = &macros;
+    const double ours = runHere("ours", code, done, Watch::Nothing);
+    constexpr std::pair<const char*, Watch> watches[] = {{"code", Watch::Code},
+                                                         {"data", Watch::Data},
+                                                         {"trace", Watch::Trace},
+                                                         {"scripted", Watch::Peripherals}};
+    for (const auto& [name, watch] : watches)
+        std::printf("%-10s%8.2f times the free run\n", name,
+                    runHere(name, code, done, watch) / ours);
     const double theirs = runMspdebug(code, done);
     if (theirs < 0) {
         std::printf("mspdebug  not available\n");

@@ -1,6 +1,5 @@
 #include "cli/RunOptions.h"
 
-#include "base/HException.h"
 #include "cli/Command.h"
 
 #include <charconv>
@@ -51,6 +50,7 @@ const std::map<std::string, Setter>& valueOptions()
         {"--device", text(&RunOptions::device)},
         {"--type", text(&RunOptions::type)},
         {"--stdin", text(&RunOptions::input)},
+        {"--peripherals", text(&RunOptions::peripherals)},
         {"--address", small(&RunOptions::address, highestAddress)},
         {"--pc", small(&RunOptions::pc, highestAddress)},
         {"--fill", small(&RunOptions::fill, 0xFF)},
@@ -60,10 +60,6 @@ const std::map<std::string, Setter>& valueOptions()
         {"--break",
          [](RunOptions& options, const std::string&, const std::string& value) {
              options.breakpoints.push_back(value);
-         }},
-        {"--peripherals",
-         [](RunOptions&, const std::string&, const std::string&) {
-             throw HException("scripted peripherals are not available in this build");
          }},
     };
     return all;

@@ -17,7 +17,8 @@ struct RunOptions {
     std::optional<unsigned> pc;
     RunLimits limits;
     std::vector<std::string> breakpoints;
-    std::string input; ///< a file in place of standard input
+    std::string input;       ///< a file in place of standard input
+    std::string peripherals; ///< a JavaScript file; empty for none
     std::optional<unsigned> trace;
     bool counts = false;
     bool registers = false;

@@ -10,6 +10,8 @@
 #include "objfile/model/TOBFSymbol.h"
 #include "target/TargetIOServer.h"
 
+#include <QFileInfo>
+
 #include <cstdio>
 
 namespace {
@@ -80,12 +82,21 @@ SimulatedProgram::~SimulatedProgram()
 
 void SimulatedProgram::connect()
 {
-    if (!m_monitor.devices().select(m_options.device))
+    const MSP430DevicesPointer devices = MSP430DeviceLibrary::allocate();
+    const int index = devices->find(m_options.device.c_str());
+    if (index < 0)
         throw UsageError{"unknown device " + m_options.device};
-    const MSP430Device& device = m_monitor.devices().selected();
-    m_monitor.setIdentifyString(device.name);
-    m_monitor.setHardwareMultiplier(device.multiplierBits == 32 ? "32-Bit Multiplier"
-                                                                : "16-Bit Multiplier");
+    devices->select(index);
+    m_monitor.setIdentifyString(devices->selectedName());
+    m_monitor.setHardwareMultiplier(devices->multiplierBits() == 32 ? "32-Bit Multiplier"
+                                                                    : "16-Bit Multiplier");
+    m_monitor.setTerminal(&m_terminal);
+    if (!m_options.peripherals.empty()) {
+        if (!QFileInfo(QString::fromStdString(m_options.peripherals)).isReadable())
+            throw HException("cannot open " + m_options.peripherals);
+        m_monitor.setPeripheralFile(QString::fromStdString(m_options.peripherals));
+        m_monitor.setEnablePeripheralFile(true);
+    }
     m_monitor.connect(false);
     for (int i = 0; i < m_monitor.numErrors(); ++i)
         m_monitor.setErrorEnabled(m_monitor.getError(i), true);

@@ -64,12 +64,10 @@ void BreakpointMatcher::clear()
     m_matched = nullptr;
 }
 
-bool BreakpointMatcher::watchesData() const
+bool BreakpointMatcher::watchesRegisters() const
 {
     return std::any_of(m_breakpoints.begin(), m_breakpoints.end(),
-                       [](const HBreakpoint* breakpoint) {
-                           return breakpoint->isRegister || breakpoint->trigger != Execute;
-                       });
+                       [](const HBreakpoint* breakpoint) { return breakpoint->isRegister; });
 }
 
 void BreakpointMatcher::setMatched(HBreakpoint* breakpoint, std::uint32_t address,

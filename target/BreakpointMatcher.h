@@ -20,8 +20,20 @@ public:
     std::uint32_t matchedData() const { return m_matchedData; }
     void resetMatched() { m_matched = nullptr; }
 
-    /// True if accesses of memory or registers have to be reported.
-    bool watchesData() const;
+    /// True if accesses of registers have to be reported.
+    bool watchesRegisters() const;
+    /// Calls `visit(first, last)` for the spans of addresses, both bounds inclusive, whose accesses
+    /// have to be reported.
+    template <class Visitor> void forEachWatchedSpan(Visitor visit) const
+    {
+        for (const HBreakpoint* breakpoint : m_breakpoints)
+            if (breakpoint->isRegister || breakpoint->trigger == Execute)
+                continue;
+            else if (breakpoint->inverse)
+                visit(0u, ~0u);
+            else if (breakpoint->length != 0)
+                visit(breakpoint->address, breakpoint->address + (breakpoint->length - 1));
+    }
 
     /// True if an enabled breakpoint covers the PC; changes nothing.
     bool wouldMatchCode(std::uint32_t pc) const

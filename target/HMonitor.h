@@ -1,7 +1,7 @@
 #pragma once
 
 #include "target/HBreakpoint.h"
-#include "target/TargetInterface.h"
+#include "target/TOBFTargetInterface.h"
 
 /// A target that can be watched: breakpoints, triggers, actions, trace and execution counts. The
 /// defaults are those of a monitor that can do none of it.

@@ -1,17 +1,82 @@
 #include "target/SimulatedHMonitor.h"
 
+#include "projects/macros/MacroSystem.h"
+#include "target/PeripheralSimulator.h"
+
 #include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr int maxTraceBufferSize = 655536;
+constexpr int maxTraceBufferSize = 655536, defaultTraceBufferSize = 256;
 constexpr std::uint32_t stopAction = 0, traceAction = 1;
+
+const PropertyClass& enablePeripheralFileClass()
+{
+    static const PropertyClass made(u"enablePeripheralFile"_s, QString(), u"Peripherals"_s,
+                                    u"Enable Peripheral File"_s,
+                                    u"Enable JavaScript simulation of peripherals."_s, false);
+    return made;
+}
+
+const PropertyClass& traceBufferSizeClass()
+{
+    static const PropertyClass made(
+        u"traceBufferSize"_s, PropertyClass::Type::IntegerRange, 0, maxTraceBufferSize, QString(),
+        u"Diagnostic"_s, u"Trace Buffer Size"_s,
+        u"Set the number of trace entries that are recorded."_s, defaultTraceBufferSize);
+    return made;
+}
+
+QString expandMacros(const QString& text)
+{
+    return macroSystem != nullptr
+        ? MacroSystem::replaceMacros(macroSystem->globalMacros(true), text)
+        : text;
+}
 
 } // namespace
 
+SimulatedHMonitor::SimulatedHMonitor(const QString& title, unsigned capabilities,
+                                     TargetInterfaceHelperFunctions* host,
+                                     const QString& peripheralFile)
+    : HMonitor(title, capabilities, host),
+      m_peripheralFileClass(u"peripheralFile"_s, PropertyClass::Type::String, QString(),
+                            u"Peripherals"_s, u"Peripheral File"_s,
+                            u"JavaScript file that simulates peripherals."_s, peripheralFile),
+      m_peripheralFile(&m_peripheralFileClass),
+      m_enablePeripheralFile(&enablePeripheralFileClass()),
+      m_traceBufferSize(&traceBufferSizeClass()),
+      m_hasPeripherals(!peripheralFile.isEmpty())
+{
+    m_trace.setSize(static_cast<std::size_t>(traceBufferSize()));
+}
+
 SimulatedHMonitor::~SimulatedHMonitor() = default;
 
-void SimulatedHMonitor::connect() { m_connected = true; }
+void SimulatedHMonitor::getProperties(PropertyValueList& list)
+{
+    HMonitor::getProperties(list);
+    if (m_hasPeripherals) {
+        list.appendUnique(&m_peripheralFile);
+        list.appendUnique(&m_enablePeripheralFile);
+    }
+    list.appendUnique(&m_traceBufferSize);
+}
+
+void SimulatedHMonitor::connect()
+{
+    makePeripherals();
+    m_connected = true;
+}
+
+void SimulatedHMonitor::makePeripherals()
+{
+    if (!enablePeripheralFile() || peripheralFile().isEmpty())
+        return;
+    m_peripherals = std::make_unique<PeripheralSimulator>(expandMacros(peripheralFile()), *this);
+}
 
 void SimulatedHMonitor::endConnection()
 {
@@ -24,6 +89,7 @@ void SimulatedHMonitor::endConnection()
 void SimulatedHMonitor::clear()
 {
     m_matcher.clear();
+    breakpointsChanged();
     resetTrace();
     resetExecutionCount();
     m_stopped = true;
@@ -31,11 +97,18 @@ void SimulatedHMonitor::clear()
     m_errors.clearLast();
 }
 
-void SimulatedHMonitor::reset(bool stayStopped, bool)
+void SimulatedHMonitor::reset(bool stayStopped, bool forDownload)
 {
     reset();
-    if (!stayStopped)
+    if (executeResetScript(forDownload) && !stayStopped)
         go();
+}
+
+void SimulatedHMonitor::stop()
+{
+    m_stopped = true;
+    if (m_peripherals)
+        m_peripherals->requestStop();
 }
 
 void SimulatedHMonitor::reset()
@@ -63,7 +136,7 @@ void SimulatedHMonitor::startDebugging(bool setPC, unsigned pc, bool stayStopped
     m_stopped = true;
 }
 
-void SimulatedHMonitor::setPeripheralSimulator(std::unique_ptr<PeripheralSimulator> simulator)
+void SimulatedHMonitor::setPeripheralSimulator(std::unique_ptr<SimulatedPeripherals> simulator)
 {
     m_peripherals = std::move(simulator);
 }
@@ -75,8 +148,10 @@ void SimulatedHMonitor::go()
     m_stopped = false;
     m_stopReason = StopReason::Requested;
     m_errors.clearCurrent();
+    m_trace.setSize(static_cast<std::size_t>(traceBufferSize()));
+    breakpointsChanged();
     while (!m_stopped) {
-        if (!m_traceEnabled && m_matcher.matched() == nullptr && !m_matcher.watchesData())
+        if (m_matcher.matched() == nullptr)
             passesUnwatched();
         if (!m_stopped)
             pass();
@@ -90,6 +165,8 @@ void SimulatedHMonitor::passesUnwatched()
     m_runCounter += passes;
     if (m_limits.passes != RunLimits::None)
         m_limits.passes -= passes;
+    if (!m_stopped)
+        actOnMatch();
     stopOnError();
 }
 
@@ -100,8 +177,8 @@ void SimulatedHMonitor::pass()
     if (limitReached())
         return;
     checkIRQ();
-    if (++m_runCounter % passesBetweenEvents == 0 && m_processEvents != nullptr)
-        m_processEvents();
+    if (++m_runCounter % passesBetweenEvents == 0)
+        handleEvents();
     if (m_stopped)
         return;
     if (m_matcher.matched() != nullptr) {
@@ -119,6 +196,14 @@ void SimulatedHMonitor::pass()
     if (!m_stopped)
         actOnMatch();
     stopOnError();
+}
+
+void SimulatedHMonitor::handleEvents()
+{
+    if (m_processEvents == nullptr)
+        return;
+    m_processEvents();
+    breakpointsChanged();
 }
 
 bool SimulatedHMonitor::limitReached()
@@ -188,12 +273,15 @@ const char* SimulatedHMonitor::lastError(unsigned& address)
 bool SimulatedHMonitor::setBreakpoint(HBreakpoint* breakpoint)
 {
     m_matcher.add(breakpoint);
+    breakpointsChanged();
     return true;
 }
 
 bool SimulatedHMonitor::removeBreakpoint(HBreakpoint* breakpoint)
 {
-    return m_matcher.remove(breakpoint);
+    const bool removed = m_matcher.remove(breakpoint);
+    breakpointsChanged();
+    return removed;
 }
 
 const char* SimulatedHMonitor::getTrigger(int number)
@@ -210,23 +298,22 @@ const char* SimulatedHMonitor::getAction(int number)
 
 // Trace and counts ------------------------------------------------------------------------------
 
-void SimulatedHMonitor::setTraceBufferSize(int entries)
+int SimulatedHMonitor::traceBufferSize() const
 {
-    m_traceBufferSize = std::clamp(entries, 0, maxTraceBufferSize);
+    return std::clamp(m_traceBufferSize.toInt(), 0, maxTraceBufferSize);
 }
 
-void SimulatedHMonitor::addToInstructionTrace(std::uint32_t address, std::uint32_t data)
+void SimulatedHMonitor::setTraceBufferSize(int entries)
 {
-    while (!m_trace.empty() && m_trace.size() >= static_cast<std::size_t>(m_traceBufferSize))
-        m_trace.pop_front();
-    m_trace.push_back({address, data, static_cast<std::uint32_t>(m_cycleCount)});
+    m_traceBufferSize.setValue(std::clamp(entries, 0, maxTraceBufferSize));
+    m_trace.setSize(static_cast<std::size_t>(traceBufferSize()));
 }
 
 bool SimulatedHMonitor::getNextTrace(unsigned& address, unsigned& data, unsigned& cycles)
 {
-    if (m_traceIterator >= m_trace.size())
+    if (m_traceIterator >= m_trace.count())
         return false;
-    const TraceEntry& entry = m_trace[m_traceIterator++];
+    const InstructionTrace::Entry& entry = m_trace[m_traceIterator++];
     address = entry.address;
     data = entry.data;
     cycles = entry.cycles;

@@ -2,10 +2,11 @@
 
 #include "target/BreakpointMatcher.h"
 #include "target/HMonitor.h"
-#include "target/PeripheralSimulator.h"
+#include "target/InstructionTrace.h"
+#include "target/SimulatedPeripherals.h"
 #include "target/SimulatorErrors.h"
+#include "target/TargetIOInterfaces.h"
 
-#include <deque>
 #include <limits>
 #include <memory>
 #include <span>
@@ -26,7 +27,10 @@ enum class StopReason { Requested, Breakpoint, SoftwareBreakpoint, Error, CycleL
 /// lives through the event function only, which is also how a call of `stop` gets in.
 class SimulatedHMonitor : public HMonitor {
 public:
-    using HMonitor::HMonitor;
+    /// `peripheralFile` is the default of that property; an empty one means that the target has no
+    /// peripherals, and none of their properties.
+    SimulatedHMonitor(const QString& title, unsigned capabilities,
+                      TargetInterfaceHelperFunctions* host, const QString& peripheralFile);
     ~SimulatedHMonitor() override;
 
     bool isConnected() const override { return m_connected; }
@@ -37,8 +41,9 @@ public:
     void start(bool setPC, unsigned pc) override;
     void startDebugging(bool setPC, unsigned pc, bool stayStopped) override;
     void step() override;
-    void stop() override { m_stopped = true; }
+    void stop() override;
     void clear() override;
+    void getProperties(PropertyValueList& list) override;
 
     int numErrors() override { return m_allErrors ? 8 : 6; }
     const char* getError(int number) override { return SimulatorErrors::text(number); }
@@ -83,7 +88,13 @@ public:
     /// One counter for each byte address from `base` on; all start at 0.
     void setExecutionCountRange(std::uint32_t base, std::uint32_t length);
     int getExecutionCountCapabilities() const { return 1; }
-    int traceBufferSize() const { return m_traceBufferSize; }
+    /// With macros.
+    QString peripheralFile() const { return m_peripheralFile.toString(); }
+    void setPeripheralFile(const QString& path) { m_peripheralFile.setPropertyValue(path); }
+    /// Whether `connect` makes peripherals from that file.
+    bool enablePeripheralFile() const { return m_enablePeripheralFile.toBool(); }
+    void setEnablePeripheralFile(bool on) { m_enablePeripheralFile.setValue(on); }
+    int traceBufferSize() const;
     /// In entries, 0 to 655536.
     void setTraceBufferSize(int entries);
 
@@ -93,21 +104,39 @@ public:
     std::uint64_t runCounter() const { return m_runCounter; }
     /// Called every 300 passes while the target runs.
     void setProcessEvents(void (*processEvents)()) { m_processEvents = processEvents; }
+    void processEvents() const
+    {
+        if (m_processEvents != nullptr)
+            m_processEvents();
+    }
     /// From now on `simulator` has the peripheral registers; null gives them back to plain memory.
-    void setPeripheralSimulator(std::unique_ptr<PeripheralSimulator> simulator);
-    PeripheralSimulator* peripheralSimulator() { return m_peripherals.get(); }
+    void setPeripheralSimulator(std::unique_ptr<SimulatedPeripherals> simulator);
+    SimulatedPeripherals* peripheralSimulator() { return m_peripherals.get(); }
+    /// Where serial ports of the peripherals send to and receive from; may be null.
+    void setTerminal(TargetIOServerTerminalInterface* terminal) { m_terminal = terminal; }
+    TargetIOServerTerminalInterface* terminal() const { return m_terminal; }
+    void logMessage(const QString& text) const { host().message(text); }
+    void logError(const QString& text) const { host().error(text); }
 
 protected:
     static constexpr unsigned passesBetweenEvents = 300;
 
-    /// Executes at most `passes` passes while there is nothing to watch but the PC, and returns how
-    /// many it did. A pass that needs more than the plain execution of an instruction, or that
-    /// would match a breakpoint, ends the call early; the general pass then does it. Base: none.
+    /// Executes at most `passes` passes, and returns how many it did. A pass that needs more than
+    /// the plain execution of an instruction, or that would match a code breakpoint, ends the call
+    /// early; the general pass then does it. A data match ends the call behind its pass. Base:
+    /// none.
     virtual unsigned runUnwatched(unsigned passes);
+    /// The breakpoints may be others than before: called ahead of a run and after events.
+    virtual void breakpointsChanged() { }
 
     void stopFor(StopReason reason);
+    /// Makes the peripherals that the properties ask for.
+    void makePeripherals();
     void endConnection();
-    void addToInstructionTrace(std::uint32_t address, std::uint32_t data);
+    void addToInstructionTrace(std::uint32_t address, std::uint32_t data)
+    {
+        m_trace.add({address, data, static_cast<std::uint32_t>(m_cycleCount)});
+    }
     /// One counter for each byte address from `countBase()` on.
     std::span<std::uint32_t> counts() { return m_counts; }
     std::uint32_t countBase() const { return m_countBase; }
@@ -119,25 +148,25 @@ protected:
     RunLimits m_limits;
     SimulatorErrors m_errors;
     BreakpointMatcher m_matcher;
-    std::unique_ptr<PeripheralSimulator> m_peripherals;
+    std::unique_ptr<SimulatedPeripherals> m_peripherals;
+    bool m_traceEnabled = false;
 
 private:
-    struct TraceEntry {
-        std::uint32_t address;
-        std::uint32_t data;
-        std::uint32_t cycles;
-    };
-
     void pass();
     void passesUnwatched();
     bool limitReached();
     void actOnMatch();
     void stopOnError();
+    void handleEvents();
 
-    std::deque<TraceEntry> m_trace;
+    InstructionTrace m_trace;
     std::size_t m_traceIterator = 0;
-    int m_traceBufferSize = 256;
-    bool m_traceEnabled = false;
+    PropertyClass m_peripheralFileClass;
+    TargetInterfacePropertyValue m_peripheralFile;
+    TargetInterfacePropertyValue m_enablePeripheralFile;
+    TargetInterfacePropertyValue m_traceBufferSize;
+    bool m_hasPeripherals;
+    TargetIOServerTerminalInterface* m_terminal = nullptr;
     std::uint32_t m_countBase = 0;
     std::vector<std::uint32_t> m_counts;
     std::size_t m_countIterator = 0;

@@ -18,16 +18,17 @@ class MSP430Monitor final : public SimulatedHMonitor,
                             public MSP430InstructionSetSimulator,
                             public TargetMemoryInterface {
 public:
-    MSP430Monitor();
+    explicit MSP430Monitor(TargetInterfaceHelperFunctions* host = nullptr);
     ~MSP430Monitor() override;
 
     /// Names of devices, separated by ";", of which the last one in the library's order is taken;
-    /// none known means the library's device 0. Read by `connect`.
+    /// none known means the library's device 0. Read by `connect`, in place of the project's
+    /// setting while it isn't empty.
     void setIdentifyString(std::string names) { m_identifyString = std::move(names); }
     /// "16-Bit Multiplier" gives the 16-bit hardware multiplier, any other text the 32-bit one.
-    /// Read by `connect`.
+    /// Read by `connect`, in place of the project's setting while it isn't empty.
     void setHardwareMultiplier(std::string kind) { m_hardwareMultiplier = std::move(kind); }
-    int interruptPollInterval() const { return m_pollInterval; }
+    int interruptPollInterval() const;
     /// In cycles, 0 to 1000.
     void setInterruptPollInterval(int cycles);
     /// Fills the whole image, as before a load. Connected only.
@@ -37,6 +38,8 @@ public:
 
     void connect(bool identify) override;
     void disconnect() override;
+    bool isCompatibleWith(const QString& processor) const override;
+    void getProperties(PropertyValueList& list) override;
     TargetMemoryInterface* codeMemory() override { return this; }
     TargetMemoryInterface* dataMemory() override { return this; }
     TargetRegisterInterface* registers() override { return &m_registers; }
@@ -70,12 +73,20 @@ public:
 
 protected:
     unsigned runUnwatched(unsigned passes) override;
+    void breakpointsChanged() override;
 
 private:
     using RunCore = MSP430RunCore<MSP430Monitor>;
 
+    void connectDevice();
     void selectDevice();
-    void addValidRanges(const MSP430Device& device);
+    void addValidRanges();
+    void release();
+    template <bool traced> unsigned execute(unsigned passes);
+    unsigned sleep(unsigned passes);
+    std::uint64_t nextPoll() const;
+    bool nothingPending() const;
+    void peripheralsAccessed() { m_runDeadline = 0; }
     void requireConnection() const;
     bool sleeping()
     {
@@ -93,8 +104,12 @@ private:
 
     std::string m_identifyString;
     std::string m_hardwareMultiplier;
-    int m_pollInterval = 100;
+    TargetInterfacePropertyValue m_pollIntervalValue;
+    std::uint64_t m_pollInterval = 0; ///< as the property says, read when a run begins
     std::uint64_t m_lastPoll = 0;
+    std::uint64_t m_lastPeripheralPoll = 0;
+    std::uint64_t m_runDeadline = 0; ///< the plain run loop ends at this cycle
+    bool m_watchesRegisters = false;
     MSP430Registers m_registers;
     std::unique_ptr<MemoryImage> m_image;
     std::unique_ptr<RunCore> m_core;

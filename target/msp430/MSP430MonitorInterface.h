@@ -1,6 +1,6 @@
 #pragma once
 
-#include "target/msp430/MSP430Devices.h"
+#include "target/msp430/MSP430DeviceLibrary.h"
 
 /// What every MSP430 target offers besides its monitor.
 class MSP430MonitorInterface {
@@ -13,8 +13,13 @@ public:
     /// True if a debugger may write SoftwareBreakpoint into the program.
     virtual bool enableSoftwareBreakpoints() = 0;
 
-    MSP430Devices& devices() { return m_devices; }
+    /// The device library's object; null while not connected.
+    MSP430DevicesInterface* devices() const { return m_devices.get(); }
 
 protected:
-    MSP430Devices m_devices;
+    /// Takes an object of the device library. Throws HException as MSP430DeviceLibrary::allocate.
+    void connectDevices() { m_devices = MSP430DeviceLibrary::allocate(); }
+    void releaseDevices() { m_devices.reset(); }
+
+    MSP430DevicesPointer m_devices;
 };

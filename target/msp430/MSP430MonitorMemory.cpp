@@ -49,6 +49,8 @@ unsigned MSP430Monitor::read(unsigned address, unsigned size)
         return 0;
     }
     const unsigned value = m_image->load(address, size, false, m_peripherals.get());
+    if (m_image->isPeripheral(address))
+        peripheralsAccessed();
     m_matcher.matchData(address, size, value, true);
     return value;
 }
@@ -60,6 +62,8 @@ void MSP430Monitor::write(unsigned address, unsigned size, unsigned value)
         return;
     }
     m_image->store(address, size, value, m_peripherals.get());
+    if (m_image->isPeripheral(address))
+        peripheralsAccessed();
     m_matcher.matchData(address, size, value, false);
 }
 

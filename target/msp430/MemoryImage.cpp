@@ -1,26 +1,40 @@
 #include "target/msp430/MemoryImage.h"
 
+#include <algorithm>
 #include <cstring>
 
-MemoryImage::MemoryImage(const MSP430Device& device, const AddressRanges& valid, bool multiplier32)
-    : m_peripheralStart(device.peripheralStart),
-      m_peripheralWordStart(device.peripheralWordStart),
-      m_peripheralEnd(device.peripheralEnd),
-      m_multiplierStart(device.multiplierStart),
+MemoryImage::MemoryImage(const MSP430DevicesInterface& device, const AddressRanges& valid,
+                         bool multiplier32)
+    : m_peripheralStart(device.peripheralStart()),
+      m_peripheralWordStart(device.peripheralWordStart()),
+      m_peripheralEnd(device.peripheralEnd()),
+      m_multiplierStart(device.multiplierStart()),
       m_bytes(std::make_unique<unsigned char[]>(Size)),
       m_multiplier(multiplier32)
 {
     std::memset(m_bytes.get(), UnwrittenByte, Size);
     constexpr std::uint32_t last = (1u << PageShift) - 1;
-    for (std::uint32_t page = 0; page < m_plain.size(); ++page) {
+    for (std::uint32_t page = 0; page < m_valid.size(); ++page) {
         const std::uint32_t start = page << PageShift;
-        m_plain[page] = !isPeripheral(start) && !isPeripheral(start + last)
+        m_valid[page] = !isPeripheral(start) && !isPeripheral(start + last)
             && valid.find(start, start + last) != nullptr;
     }
+    unwatchAll();
+}
+
+void MemoryImage::watch(std::uint32_t first, std::uint32_t last)
+{
+    // A word in front of the span reaches into it.
+    first = first == 0 ? 0 : first - 1;
+    if (first >= Size)
+        return;
+    const std::uint32_t lastPage = std::min(last < first ? Size - 1 : last, Size - 1) >> PageShift;
+    for (std::uint32_t page = first >> PageShift; page <= lastPage; ++page)
+        m_plain[page] = false;
 }
 
 unsigned MemoryImage::load(std::uint32_t address, unsigned size, bool debug,
-                           PeripheralSimulator* peripherals)
+                           SimulatedPeripherals* peripherals)
 {
     const unsigned mask = size == 1 ? 0xFF : 0xFFFF;
     if (!isPeripheral(address))
@@ -33,7 +47,7 @@ unsigned MemoryImage::load(std::uint32_t address, unsigned size, bool debug,
 }
 
 void MemoryImage::store(std::uint32_t address, unsigned size, unsigned value,
-                        PeripheralSimulator* peripherals)
+                        SimulatedPeripherals* peripherals)
 {
     if (!isPeripheral(address))
         storeBytes(address, size, value);

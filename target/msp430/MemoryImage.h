@@ -1,9 +1,9 @@
 #pragma once
 
 #include "objfile/loadfiles/AddressRanges.h"
-#include "target/PeripheralSimulator.h"
-#include "target/msp430/MSP430Devices.h"
+#include "target/SimulatedPeripherals.h"
 #include "target/msp430/Multiplier.h"
+#include "target/msp430/devices/MSP430DevicesInterface.h"
 
 #include <array>
 #include <cstdint>
@@ -13,19 +13,23 @@
 /// peripheral part the hardware multiplier and the peripheral simulator.
 ///
 /// A page is 256 bytes. One that is valid throughout and has no peripheral in it is plain: accesses
-/// of it need no test but that of their alignment.
+/// of it need no test but that of their alignment, unless it is watched.
 class MemoryImage {
 public:
     static constexpr std::uint32_t Size = 0x100000;
     /// What memory holds before anything is written.
     static constexpr unsigned char UnwrittenByte = 0xCD;
 
-    MemoryImage(const MSP430Device& device, const AddressRanges& valid, bool multiplier32);
+    MemoryImage(const MSP430DevicesInterface& device, const AddressRanges& valid,
+                bool multiplier32);
 
     bool isPlain(std::uint32_t address) const
     {
         return address < Size && m_plain[address >> PageShift];
     }
+    /// Watched pages aren't plain: accesses of them are to be reported.
+    void unwatchAll() { m_plain = m_valid; }
+    void watch(std::uint32_t first, std::uint32_t last);
     bool isPeripheral(std::uint32_t address) const
     {
         return address >= m_peripheralStart && address <= m_peripheralEnd;
@@ -52,9 +56,9 @@ public:
 
     /// An access of `size` bytes, 1 or 2, that may reach a peripheral; `peripherals` may be null.
     unsigned load(std::uint32_t address, unsigned size, bool debug,
-                  PeripheralSimulator* peripherals);
+                  SimulatedPeripherals* peripherals);
     void store(std::uint32_t address, unsigned size, unsigned value,
-               PeripheralSimulator* peripherals);
+               SimulatedPeripherals* peripherals);
 
 private:
     static constexpr unsigned PageShift = 8;
@@ -71,6 +75,8 @@ private:
     std::uint32_t m_peripheralEnd;
     std::uint32_t m_multiplierStart;
     std::unique_ptr<unsigned char[]> m_bytes;
-    std::array<bool, (Size >> PageShift)> m_plain{};
+    using Pages = std::array<bool, (Size >> PageShift)>;
+    Pages m_valid{}; ///< plain but for what is watched
+    Pages m_plain{};
     Multiplier m_multiplier;
 };

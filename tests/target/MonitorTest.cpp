@@ -38,7 +38,7 @@ protected:
     MSP430Monitor monitor;
 };
 
-class FakePeripherals : public PeripheralSimulator {
+class FakePeripherals : public SimulatedPeripherals {
 public:
     void storePeripheral(unsigned address, unsigned size, unsigned value) override
     {

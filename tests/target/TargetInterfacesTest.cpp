@@ -1,5 +1,4 @@
 #include "target/TargetMemoryInterface.h"
-#include "target/msp430/MSP430Devices.h"
 #include "target/msp430/MSP430Registers.h"
 
 #include <gtest/gtest.h>
@@ -123,47 +122,4 @@ TEST(MSP430Registers, NamesSizesAndDirtyMarks)
     assigned = registers;
     EXPECT_EQ(assigned.getPC(), 0x8000u);
     EXPECT_EQ(assigned.getValue(5), 7u);
-}
-
-TEST(MSP430Devices, KnowTheDataSheetsOfSome)
-{
-    // SLAS272 (F149), SLAS590 (F5529), SLAS541 (F2619), SLAS735 (G2553).
-    MSP430Devices devices;
-    ASSERT_TRUE(devices.select("msp430f149"));
-    EXPECT_EQ(devices.selected().ramStart, 0x200u);
-    EXPECT_EQ(devices.selected().ramEnd, 0x9FFu);
-    EXPECT_EQ(devices.selected().mainStart, 0x1100u);
-    EXPECT_EQ(devices.selected().vectorBase(), 0xFFE0u);
-    EXPECT_EQ(devices.selected().multiplierStart, 0x130u);
-    EXPECT_FALSE(devices.selected().extendedCore);
-    ASSERT_TRUE(devices.select("MSP430F5529"));
-    EXPECT_EQ(devices.selected().mainEnd, 0x243FFu);
-    EXPECT_EQ(devices.selected().infoSegmentSize, 128u);
-    EXPECT_EQ(devices.selected().multiplierBits, 32u);
-    EXPECT_EQ(devices.selected().multiplierStart, 0x4C0u);
-    EXPECT_EQ(devices.selected().vectorBase(), 0xFF80u);
-    ASSERT_TRUE(devices.select("MSP430F2619"));
-    EXPECT_TRUE(devices.selected().extendedCore);
-    EXPECT_EQ(devices.selected().mainEnd, 0x1FFFFu);
-    ASSERT_TRUE(devices.select("MSP430G2553"));
-    EXPECT_EQ(devices.selected().multiplierBits, 0u);
-    EXPECT_FALSE(devices.select("MSP430F1"));
-    EXPECT_STREQ(devices.selected().name, "MSP430G2553");
-}
-
-TEST(MSP430Devices, EveryRowMakesSense)
-{
-    std::set<std::string_view> names;
-    for (const MSP430Device& device : MSP430Devices::all()) {
-        SCOPED_TRACE(device.name);
-        EXPECT_TRUE(names.insert(device.name).second);
-        EXPECT_TRUE(device.vectors == 16 || device.vectors == 32 || device.vectors == 64);
-        EXPECT_LT(device.peripheralEnd, device.ramStart);
-        EXPECT_LT(device.ramStart, device.ramEnd);
-        EXPECT_LT(device.mainStart, device.mainEnd);
-        EXPECT_LE(device.mainEnd, 0xFFFFFu);
-        EXPECT_EQ(device.multiplierBits == 0, device.multiplierStart == 0);
-        EXPECT_TRUE(device.extendedCore || device.mainEnd == 0xFFFF);
-    }
-    EXPECT_EQ(names.size(), 387u);
 }

@@ -4,11 +4,14 @@
 usage: generate-devices.py MCU_ROOT OUTPUT
 
 Reads MCU_ROOT/lib/ldscripts/<device>/{memory,periph}.x and MCU_ROOT/include. One row a device, in
-the order of the names; its fields are those of MSP430Device.
+the order of the names; its fields are those of MSP430Device. What isn't in the package comes from
+device_facts.py.
 """
 import pathlib
 import re
 import sys
+
+import device_facts
 
 REGION = re.compile(r"^\s*(\w+)\s*(?:\(\w+\))?\s*:\s*ORIGIN = (0x[0-9a-fA-F]+), LENGTH = (0x[0-9a-fA-F]+)", re.M)
 SEGMENT = re.compile(r"__info_segment_size = (0x[0-9a-fA-F]+)")
@@ -62,7 +65,21 @@ def row(mcu, folder):
     fields = ", ".join(f"0x{n:X}" for n in numbers)
     vectors = memory["vectors"][1] // 2
     return (f'{{"{folder.name.upper()}", {fields}, {vectors}, 0x{multiplier:X}, {bits if multiplier else 0}, '
-            f'{"true" if extended else "false"}}},')
+            f'{flag(extended)}, {facts(folder.name, has)}}},')
+
+
+def flag(value):
+    return "true" if value else "false"
+
+
+def facts(name, has):
+    xv2 = device_facts.is_xv2(has)
+    kind = device_facts.emulation(name, has)
+    clock = 0 if device_facts.has_no_clock_control(name) else device_facts.clock_control(kind)
+    fast_erase = device_facts.has_fast_erase(name)
+    found = device_facts.identification(name)
+    match = "{" + ", ".join(f"0x{v:X}" for v in found.values) + "}" if found else "NoMatch"
+    return f"{flag(xv2)}, {flag(fast_erase)}, {clock}, MSP430Emulation::{kind.name}, {match}"
 
 
 def main():

@@ -1,0 +1,3 @@
+#include "target/script/ScriptSystem.h"
+
+ScriptSystem* scriptSystem = nullptr;
