@@ -1,5 +1,21 @@
 #include "debugger/expressions/BaseType.h"
 
+#include <algorithm>
+
+namespace {
+
+/// A field of a register may have any name; one that isn't a word stands in quotes.
+QString quoted(const std::string& name)
+{
+    const bool isWord = std::all_of(name.begin(), name.end(), [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+    });
+    const QString text = QString::fromStdString(name);
+    return isWord && !name.empty() ? text : u'"' + text + u'"';
+}
+
+} // namespace
+
 QString SimpleType::dump() const
 {
     static constexpr const char* names[] = {"char",      "short", "int",   "long",
@@ -26,7 +42,7 @@ QString RegisterType::dump() const
 {
     QString text = QStringLiteral("register ") + QString::number(m_size);
     for (const Field& it : m_fields)
-        text += u' ' + QString::fromStdString(it.name) + u' ' + QString::number(it.bitOffset) + u' '
+        text += u' ' + quoted(it.name) + u' ' + QString::number(it.bitOffset) + u' '
             + QString::number(it.bits);
     return text + u';';
 }

@@ -7,6 +7,7 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -31,11 +32,15 @@ void Expression::addOperand(const Expression& operand)
         throw ParserException("expression is too complex");
 }
 
+/// Digits with a point, as the language has them.
 QString FloatConstantExpression::dump() const
 {
-    return QString::number(m_value.getFloating(), 'f', QLocale::FloatingPointShortest)
-        + (m_value.getFloating() == static_cast<double>(m_value.getInteger()) ? QStringLiteral(".0")
-                                                                              : QString());
+    constexpr int MoreThanAnyFinite = 310;
+    const double value = m_value.getFloating();
+    if (std::isinf(value))
+        return QString(MoreThanAnyFinite, u'9') + QStringLiteral(".0");
+    const QString digits = QString::number(value, 'f', QLocale::FloatingPointShortest);
+    return digits.contains(u'.') ? digits : digits + QStringLiteral(".0");
 }
 
 ExpressionType IdentifierExpression::evaluate() const

@@ -44,7 +44,6 @@ class ConstantExpression : public Expression {
 public:
     explicit ConstantExpression(ExpressionType value) : m_value(std::move(value)) { }
     ExpressionType evaluate() const override { return m_value; }
-    QString dump() const override { return m_value.toStr(10); }
 
 protected:
     ExpressionType m_value;
@@ -53,6 +52,7 @@ protected:
 class IntegerConstantExpression final : public ConstantExpression {
 public:
     using ConstantExpression::ConstantExpression;
+    QString dump() const override { return m_value.toStr(10, true); }
 };
 
 class FloatConstantExpression final : public ConstantExpression {
