@@ -179,6 +179,7 @@ public:
         setName(base->name());
     }
 
+    TOBFTag tag() const { return m_tag; }
     HString* getName() override { return m_base->getName(); }
     bool isQualified() const override { return true; }
     TOBFType* getElementType() override { return m_base; }
