@@ -1,5 +1,7 @@
 #include "target/msp430/MSP430Monitor.h"
 
+#include "InstalledTree.h"
+
 #include "base/HException.h"
 
 #include <gtest/gtest.h>

@@ -1,10 +1,11 @@
-// The targets find the device library and the peripherals in the tree that the build has made.
+#pragma once
+
 #include "projects/macros/MacroSystem.h"
 
 #include <gtest/gtest.h>
 
-namespace {
-
+/// Targets find the device library and the peripherals in the tree that the build has made. One
+/// source of a test program includes this.
 class InstalledTree : public testing::Environment {
 public:
     void SetUp() override
@@ -20,7 +21,5 @@ private:
     MacroSystem m_macros;
 };
 
-[[maybe_unused]] const auto* const installedTree =
+[[maybe_unused]] inline const auto* const installedTree =
     testing::AddGlobalTestEnvironment(new InstalledTree);
-
-} // namespace
