@@ -24,12 +24,12 @@ here 0 , here swap - constant /cell
 
 PROGRAMS = {
     "nested DO loops": """
-: run 0 2000 0 do 1000 0 do 1+ loop loop . ;
+: run 0 20000 0 do 1000 0 do 1+ loop loop . ;
 run
 """,
     "arithmetic": """
 : step dup 7 * 13 + over xor 65535 and swap 3 / max ;
-: run 1 500000 0 do step i + 1023 and loop . ;
+: run 1 5000000 0 do step i + 1023 and loop . ;
 run
 """,
     "variables and an array": """
@@ -38,22 +38,22 @@ create table 1000 cell* allot
 : at cell* table + ;
 : fill-it 1000 0 do i i at ! loop ;
 : add-it 1000 0 do i at @ sum +! loop ;
-: run fill-it 300 0 do add-it loop sum @ . ;
+: run fill-it 3000 0 do add-it loop sum @ . ;
 run
 """,
     "recursion": """
 : fib dup 2 < if exit then dup 1- recurse swap 2 - recurse + ;
-: run 26 fib . ;
+: run 31 fib . ;
 run
 """,
     "CASE": """
 : choose case 0 of 10 endof 1 of 21 endof 2 of 32 endof 3 of 43 endof dup 100 + swap endcase ;
-: run 0 300000 0 do i 7 and choose + loop . ;
+: run 0 3000000 0 do i 7 and choose + loop . ;
 run
 """,
     "BEGIN loops": """
 : collatz 0 swap begin dup 1 > while dup 1 and if 3 * 1+ else 2/ then swap 1+ swap repeat drop ;
-: run 0 10000 1 do i collatz max loop . ;
+: run 0 50000 1 do i collatz max loop . ;
 run
 """,
     "sieve": """
@@ -63,7 +63,7 @@ create flags size cell* allot
 : clear size 0 do 1 i flag ! loop ;
 : strike ( step first -- ) begin dup size < while 0 over flag ! over + repeat 2drop ;
 : primes 0 size 0 do i flag @ if i 2* 3 + dup i + strike 1+ then loop ;
-: run 0 20 0 do drop clear primes loop . ;
+: run 0 200 0 do drop clear primes loop . ;
 run
 """,
 }

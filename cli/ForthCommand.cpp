@@ -59,7 +59,7 @@ public:
             action();
             return 0;
         } catch (const ForthException& fault) {
-            std::fprintf(stderr, "gantry: %s\n", qPrintable(located(fault)));
+            std::fprintf(stderr, "gantry: %s\n", qPrintable(fault.report()));
             return 1;
         }
     }
@@ -90,16 +90,6 @@ private:
     {
         m_interrupted = false;
         return InterruptSignal([this] { m_interrupted = true; });
-    }
-
-    static QString located(const ForthException& fault)
-    {
-        if (!fault.located() || fault.line() == 0)
-            return fault.report();
-        return QStringLiteral("%1:%2: %3")
-            .arg(fault.source())
-            .arg(fault.line())
-            .arg(fault.report());
     }
 
     QString m_prompt;

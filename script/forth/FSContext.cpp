@@ -222,6 +222,8 @@ void FSContext::setFSState(bool compiling) { m_system->store(0, X::flag(compilin
 
 void FSContext::addLocal(const QString& name, bool initialised)
 {
+    if (m_definition->isClosed())
+        throw ForthException(ForthError::Sealed);
     auto* local = make<PLocalChild>(name, m_definition->addLocal());
     m_localWords.add(local);
     if (initialised)

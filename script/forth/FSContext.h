@@ -23,7 +23,7 @@ public:
     static constexpr std::size_t MostLoops = 16384;   ///< else "loop stack overflow"
     static constexpr std::size_t MostCatches = 1024;  ///< else "exception stack overflow"
     static constexpr std::size_t MostIncludes = 64;   ///< sources within one another
-    static constexpr std::size_t MostNodes = 4000000; ///< of all definitions
+    static constexpr std::size_t MostNodes = 2000000; ///< of all definitions
 
     explicit FSContext(FSHost& host, FSFileSystem& files = FSFileSystem::disk());
     ~FSContext();

@@ -66,6 +66,13 @@ QString ForthException::message() const
                                   : QStringLiteral("%1 THROW undefined").arg(m_code);
 }
 
+ForthException ForthException::about(const QString& subject) const
+{
+    ForthException exception = *this;
+    exception.m_subject = subject;
+    return exception;
+}
+
 void ForthException::locate(const QString& source, int line, const QString& word)
 {
     if (m_located)
@@ -73,10 +80,15 @@ void ForthException::locate(const QString& source, int line, const QString& word
     m_located = true;
     m_source = source;
     m_line = line;
-    m_word = word;
+    if (m_subject.isEmpty())
+        m_subject = word;
 }
 
 QString ForthException::report() const
 {
-    return m_word.isEmpty() ? message() : message() + QStringLiteral(": ") + m_word;
+    QString text;
+    if (!m_source.isEmpty() && m_line > 0)
+        text = QStringLiteral("%1:%2: ").arg(m_source, QString::number(m_line));
+    text += message();
+    return m_subject.isEmpty() ? text : text + QStringLiteral(": ") + m_subject;
 }

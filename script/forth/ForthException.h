@@ -60,12 +60,12 @@ public:
     /// The text, or the one that stands in the table for the code.
     QString message() const;
 
-    /// Where it arose. `line` counts from 1; 0 where there are no lines.
+    /// Names what it is about, in place of the word that was being interpreted.
+    ForthException about(const QString& subject) const;
+    /// Where it arose. `line` counts from 1; 0 where there are no lines. The first call counts.
     void locate(const QString& source, int line, const QString& word);
-    bool located() const { return m_located; }
-    const QString& source() const { return m_source; }
-    int line() const { return m_line; }
-    /// The message, with the word that was being interpreted.
+    /// The message, with its source and line if that has a name, and the word that was being
+    /// interpreted.
     QString report() const;
 
     const char* what() const noexcept override { return "Forth exception"; }
@@ -76,5 +76,5 @@ private:
     bool m_located = false;
     QString m_source;
     int m_line = 0;
-    QString m_word;
+    QString m_subject;
 };

@@ -71,7 +71,8 @@ std::shared_ptr<FileSource> openToInterpret(FSContext* context, const QString& n
         error = context->file_open(name, QIODevice::ReadOnly, false, file);
     if (error != 0)
         throw ForthException(error == ENOENT ? ForthError::NoFile : ForthError::FileFault,
-                             QStringLiteral("i/o error: %1").arg(error));
+                             QStringLiteral("i/o error: %1").arg(error))
+            .about(name);
     return file;
 }
 

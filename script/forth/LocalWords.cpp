@@ -7,7 +7,7 @@ namespace {
 void declare(FSContext* context, bool initialised)
 {
     const QString name = forthPopString(context);
-    context->ensureCompilationMode();
+    context->checkDefinitionOpen();
     if (!name.isEmpty()) // an empty name ends a list
         context->addLocal(name, initialised);
 }

@@ -10,9 +10,7 @@ public:
           m_index(bits(start)),
           m_limit(bits(limit))
     {
-        static_cast<void>(limit - start); // has a meaning for these operands only
-        if (start.is_data_addr() != limit.is_data_addr())
-            static_cast<void>(limit.lit() + start.lit());
+        static_cast<void>(limit < start); // throws unless one can follow the other
     }
 
     X index() const

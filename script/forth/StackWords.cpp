@@ -49,7 +49,8 @@ void PNip::execute(FSContext* context)
 {
     Stack& stack = context->data();
     stack.demand(2);
-    stack.pick(1) = stack.pop();
+    X top = stack.pop();
+    stack.pick(0) = std::move(top);
 }
 
 void PTuck::execute(FSContext* context)

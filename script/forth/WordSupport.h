@@ -34,9 +34,10 @@ template <class Comparison> void compareZero(FSContext* context, Comparison comp
 /// A word named by the text that follows; throws -13 if there is none.
 inline PCFA* parseWordToFind(FSContext* context)
 {
-    PCFA* const word = context->findWord(parseName(context));
+    const QString name = parseName(context);
+    PCFA* const word = context->findWord(name);
     if (!word)
-        throw ForthException(ForthError::UndefinedWord);
+        throw ForthException(ForthError::UndefinedWord).about(name);
     return word;
 }
 
