@@ -62,9 +62,9 @@ double runHere(const char* name, const std::vector<unsigned short>& code, unsign
         monitor.setEnablePeripheralFile(true);
     }
     monitor.connect(false);
-    // Neither is ever met.
+    // Neither is ever met. The data breakpoint lies in the page that the program works in.
     HBreakpoint codeBreakpoint{.address = done + 2};
-    HBreakpoint dataBreakpoint{.address = 0x500, .length = 2, .trigger = 2};
+    HBreakpoint dataBreakpoint{.address = 0x310, .length = 2, .trigger = 2};
     if (watch == Watch::Code)
         monitor.setBreakpoint(&codeBreakpoint);
     if (watch == Watch::Data)

@@ -160,12 +160,12 @@ void MSP430Monitor::reset()
 {
     requireConnection();
     m_lastPoll = m_lastPeripheralPoll = 0;
-    std::fill(m_pending.begin(), m_pending.end(), static_cast<unsigned char>(0));
     SimulatedHMonitor::reset();
 }
 
 void MSP430Monitor::checkReset()
 {
+    std::fill(m_pending.begin(), m_pending.end(), static_cast<unsigned char>(0));
     setRegister(MSP430Register::SR, 0);
     loadPC(resetVector);
 }

@@ -50,7 +50,7 @@ unsigned MSP430Monitor::read(unsigned address, unsigned size)
     }
     const unsigned value = m_image->load(address, size, false, m_peripherals.get());
     if (m_image->isPeripheral(address))
-        peripheralsAccessed();
+        leaveRunUnwatched();
     m_matcher.matchData(address, size, value, true);
     return value;
 }
@@ -63,7 +63,7 @@ void MSP430Monitor::write(unsigned address, unsigned size, unsigned value)
     }
     m_image->store(address, size, value, m_peripherals.get());
     if (m_image->isPeripheral(address))
-        peripheralsAccessed();
+        leaveRunUnwatched();
     m_matcher.matchData(address, size, value, false);
 }
 
