@@ -132,7 +132,7 @@ void MSP430Monitor::release()
 bool MSP430Monitor::isCompatibleWith(const QString& processor) const
 {
     // Device 0 stands for no device in particular.
-    return !isConnected() || m_devices->find(m_devices->selectedName()) == 0
+    return processor.isEmpty() || !isConnected() || m_devices->find(m_devices->selectedName()) == 0
         || processor.split(u';').contains(deviceId(), Qt::CaseInsensitive);
 }
 
