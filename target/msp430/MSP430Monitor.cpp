@@ -208,8 +208,11 @@ void MSP430Monitor::breakpointsChanged()
     if (m_image == nullptr)
         return;
     m_image->unwatchAll();
-    m_matcher.forEachWatchedSpan(
-        [&](std::uint32_t first, std::uint32_t last) { m_image->watch(first, last); });
+    m_matcher.forEachSpan(
+        false, [&](std::uint32_t first, std::uint32_t last) { m_image->watch(first, last); });
+    m_matcher.forEachSpan(true, [&](std::uint32_t first, std::uint32_t last) {
+        m_image->markBreakpoint(first, last);
+    });
 }
 
 bool MSP430Monitor::nothingPending() const
@@ -265,7 +268,6 @@ template <bool traced> unsigned MSP430Monitor::execute(unsigned passes)
     const std::uint32_t base = countBase();
     RunCore& core = *m_core;
     const MemoryImage& image = *m_image;
-    const bool breakpoints = m_matcher.count() > 0;
     unsigned done = 0;
     while (done < passes && m_cycleCount < m_runDeadline
            && (registers[MSP430Register::SR] & MSP430Status::CPUOFF) == 0) {
@@ -273,7 +275,8 @@ template <bool traced> unsigned MSP430Monitor::execute(unsigned passes)
         if (!core.isPlainWord(pc))
             break;
         const unsigned word = image.word(pc);
-        if (word == SoftwareBreakpoint || (breakpoints && m_matcher.wouldMatchCode(pc)))
+        if (word == SoftwareBreakpoint
+            || (image.mayHaveBreakpoint(pc) && m_matcher.wouldMatchCode(pc)))
             break;
         if constexpr (traced)
             addToInstructionTrace(pc, 0);

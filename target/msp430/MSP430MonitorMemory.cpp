@@ -44,7 +44,7 @@ void MSP430Monitor::writeWord(unsigned address, unsigned value)
 
 unsigned MSP430Monitor::read(unsigned address, unsigned size)
 {
-    if (!memoryExists(address, size)) {
+    if (!m_image->isOrdinary(address) && !memoryExists(address, size)) {
         m_errors.raise(SimulatorErrors::ReadOutside, address);
         return 0;
     }
@@ -57,7 +57,7 @@ unsigned MSP430Monitor::read(unsigned address, unsigned size)
 
 void MSP430Monitor::write(unsigned address, unsigned size, unsigned value)
 {
-    if (!memoryExists(address, size)) {
+    if (!m_image->isOrdinary(address) && !memoryExists(address, size)) {
         m_errors.raise(SimulatorErrors::WriteOutside, address);
         return;
     }
