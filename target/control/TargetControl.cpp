@@ -3,7 +3,10 @@
 #include "base/HException.h"
 #include "objfile/loadfiles/LoadFile.h"
 #include "projects/settings/GantryBenchEnvironmentSettings.h"
+#include "target/TargetLoadSession.h"
 #include "target/control/TargetList.h"
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -56,6 +59,7 @@ void TargetControl::targetWasConnected()
     m_watchesDisconnection = m_target->canBeExternallyDisconnected();
     m_autoConnectName = m_target->title();
     m_autoConnectCapabilities = m_target->capabilities();
+    m_target->executeConnectScript();
     m_host.showStatus(u"Connected target interface \"%1\""_s.arg(m_target->title()));
     m_host.targetChanged();
 }
@@ -68,6 +72,7 @@ void TargetControl::disconnectTargetInterface()
     const QString title = m_target->title();
     if (wasConnected) {
         try {
+            m_target->executeDisconnectScript();
             m_target->disconnect();
         } catch (...) {
             forgetTarget();
@@ -162,27 +167,6 @@ void TargetControl::pollExternalDisconnection()
 
 QString TargetControl::verifyFoundNoErrors() { return u"Verifier has found no errors."_s; }
 
-namespace {
-
-/// A load session around several operations, ended on every road.
-template <class Work> void inLoadSession(TargetInterface& target, Work work)
-{
-    target.loadBegin();
-    try {
-        work();
-    } catch (...) {
-        try {
-            target.loadEnd();
-        } catch (const HException&) {
-            // The work's own failure is on its way.
-        }
-        throw;
-    }
-    target.loadEnd();
-}
-
-} // namespace
-
 void TargetControl::downloadLoadFiles(TargetInterface& target, LoadFileList& list, bool image)
 {
     list.sort();
@@ -190,36 +174,34 @@ void TargetControl::downloadLoadFiles(TargetInterface& target, LoadFileList& lis
         throw HException("cannot download multiple load files because they overlap");
     for (const LoadFileListItem& item : list)
         target.checkLoadFileFits(item.loadFile);
-    inLoadSession(target, [&] {
-        if (target.loaderEraseAll())
-            target.eraseAll();
-        else
-            for (const LoadFileListItem& item : list)
-                target.eraseLoadFile(item.loadFile, item.path.c_str(), image, true);
+    TargetLoadSession session(target);
+    if (target.loaderEraseAll())
+        target.eraseAll();
+    else
         for (const LoadFileListItem& item : list)
-            target.downloadLoadFile(item.loadFile, item.path.c_str(), image, true);
-        target.flushMemoryInterfaces();
-        if (TargetCapability::canVerify(target.capabilities())
-            && m_settings.enableLoadVerification->toBool())
-            verifyLoadFiles(target, list, image, false, true);
-    });
+            target.eraseLoadFile(item.loadFile, item.path.c_str(), image, true);
+    for (const LoadFileListItem& item : list)
+        target.downloadLoadFile(item.loadFile, item.path.c_str(), image, true);
+    target.flushMemoryInterfaces();
+    if (TargetCapability::canVerify(target.capabilities())
+        && m_settings.enableLoadVerification->toBool())
+        verifyLoadFiles(target, list, image, false, true);
+    session.end();
 }
 
 bool TargetControl::verifyLoadFiles(TargetInterface& target, LoadFileList& list, bool image,
                                     bool complete, bool differential)
 {
-    const LoadFileListItem* failed = nullptr;
-    inLoadSession(target, [&] {
-        for (const LoadFileListItem& item : list)
-            if (!target.verifyLoadFile(item.loadFile, item.path.c_str(), image, differential)) {
-                failed = &item;
-                offerDifferences(target, QString::fromStdString(item.path), *item.loadFile);
-                return;
-            }
+    TargetLoadSession session(target);
+    const auto failed = std::find_if(list.begin(), list.end(), [&](const LoadFileListItem& item) {
+        return !target.verifyLoadFile(item.loadFile, item.path.c_str(), image, differential);
     });
-    if (failed == nullptr && complete)
+    if (failed != list.end())
+        offerDifferences(target, QString::fromStdString(failed->path), *failed->loadFile);
+    session.end();
+    if (failed == list.end() && complete)
         m_host.inform(verifyFoundNoErrors(), u"Verify Complete"_s);
-    return failed == nullptr;
+    return failed == list.end();
 }
 
 void TargetControl::offerDifferences(TargetInterface& target, const QString& fileName,

@@ -26,8 +26,9 @@ public:
 
     TargetInterface* targetInterface() const { return m_target; }
     bool targetIsConnected() const { return m_target != nullptr && m_target->isConnected(); }
-    /// Disconnects what is connected, and connects the target, if it isn't null. With `force` the
-    /// user is asked before a debug session ends; without, it just ends.
+    /// Disconnects what is connected, and connects the target, if it isn't null; the project's
+    /// scripts run with the target connected. With `force` the user is asked before a debug session
+    /// ends; without, it just ends.
     void connectTargetInterface(TargetInterface* target, bool force, ProjectElement* project,
                                 const QString& configuration);
     void disconnectTargetInterface();

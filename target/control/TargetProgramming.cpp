@@ -4,6 +4,7 @@
 #include "objfile/loadfiles/CodeBuffer.h"
 #include "objfile/loadfiles/LoadFile.h"
 #include "objfile/loadfiles/LoadFileFactory.h"
+#include "target/TargetLoadSession.h"
 
 #include <algorithm>
 #include <limits>
@@ -97,19 +98,14 @@ bool TargetProgramming::doProgrammingAction(const QString& memory, const QString
                                             const QString& size, const QString& action)
 {
     m_target.selectMemoryInterface(memory);
-    m_target.loadBegin();
-    bool matched = false;
+    TargetLoadSession session(m_target);
     try {
-        matched = act(memory, file, type, address, size, action);
+        const bool matched = act(memory, file, type, address, size, action);
+        session.end();
+        return matched;
     } catch (const BenchCancelException&) {
-        m_target.loadEnd();
         throw HException((action + u" cancelled"_s).toStdString());
-    } catch (...) {
-        m_target.loadEnd();
-        throw;
     }
-    m_target.loadEnd();
-    return matched;
 }
 
 bool TargetProgramming::act(const QString& name, const QString& file, const QString& type,

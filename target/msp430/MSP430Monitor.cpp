@@ -56,9 +56,8 @@ void MSP430Monitor::connect(bool)
         setExecutionCountRange(0, MemoryImage::Size);
         if (m_peripherals)
             m_peripherals->connect(deviceId());
-        executeConnectScript();
     } catch (...) {
-        release();
+        disconnect();
         throw;
     }
 }
@@ -114,13 +113,6 @@ void MSP430Monitor::addValidRanges()
 }
 
 void MSP430Monitor::disconnect()
-{
-    if (m_connected)
-        executeDisconnectScript();
-    release();
-}
-
-void MSP430Monitor::release()
 {
     m_core.reset();
     m_image.reset();

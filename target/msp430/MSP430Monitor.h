@@ -82,7 +82,6 @@ private:
     void connectDevice();
     void selectDevice();
     void addValidRanges();
-    void release();
     template <bool traced> unsigned execute(unsigned passes);
     unsigned sleep(unsigned passes);
     std::uint64_t nextPoll() const;

@@ -3,6 +3,7 @@
 #include "base/HException.h"
 #include "target/msp430/MSP430Monitor.h"
 
+#include "FailureMessage.h"
 #include "TestFolder.h"
 
 #include <QFile>
@@ -83,15 +84,6 @@ protected:
     {
         load({0x4303, 0x3FFE}, 0xA000);
         go(cycles, 0xA000);
-    }
-    std::string messageOf(const std::function<void()>& work)
-    {
-        try {
-            work();
-        } catch (const HException& failure) {
-            return failure.message();
-        }
-        return {};
     }
 
     TestFolder folder;

@@ -1,3 +1,4 @@
+#include "FailureMessage.h"
 #include "FakeTarget.h"
 #include "TestFolder.h"
 
@@ -52,15 +53,6 @@ protected:
         folder.write("targets.xml",
                      "<!DOCTYPE GantryBench_Target_Definition_File>\n<objects>" + children
                          + "</objects>\n");
-    }
-    std::string messageOf(const std::function<void()>& work)
-    {
-        try {
-            work();
-        } catch (const HException& failure) {
-            return failure.message();
-        }
-        return {};
     }
     static QStringList titles(const TargetList& list)
     {

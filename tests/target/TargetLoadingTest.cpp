@@ -1,3 +1,4 @@
+#include "FailureMessage.h"
 #include "FakeTarget.h"
 
 #include <gtest/gtest.h>
@@ -16,15 +17,6 @@ protected:
     std::vector<unsigned char> bytes(unsigned length, unsigned char value = 0x11)
     {
         return std::vector<unsigned char>(length, value);
-    }
-    std::string messageOf(const std::function<void()>& work)
-    {
-        try {
-            work();
-        } catch (const HException& failure) {
-            return failure.message();
-        }
-        return {};
     }
     /// What was done since the last question.
     Lines done()
