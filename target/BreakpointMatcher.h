@@ -23,11 +23,11 @@ public:
     /// True if accesses of registers have to be reported.
     bool watchesRegisters() const;
     /// Calls `visit(first, last)` for the spans of addresses, both bounds inclusive, whose accesses
-    /// have to be reported.
-    template <class Visitor> void forEachWatchedSpan(Visitor visit) const
+    /// have to be reported or, with `code`, in which the PC has to be compared.
+    template <class Visitor> void forEachSpan(bool code, Visitor visit) const
     {
         for (const HBreakpoint* breakpoint : m_breakpoints)
-            if (breakpoint->isRegister || breakpoint->trigger == Execute)
+            if (breakpoint->isRegister || (breakpoint->trigger == Execute) != code)
                 continue;
             else if (breakpoint->inverse)
                 visit(0u, ~0u);

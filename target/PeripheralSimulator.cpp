@@ -1,6 +1,7 @@
 #include "target/PeripheralSimulator.h"
 
 #include "base/HException.h"
+#include "base/QTx.h"
 #include "target/SimulatedHMonitor.h"
 
 #include <QFile>
@@ -132,6 +133,12 @@ private:
         return {};
     }
 
+    ESValue resetProcessor(const ESCall&)
+    {
+        m_owner.m_monitor.requestReset();
+        return {};
+    }
+
     ESValue send(const ESCall& call)
     {
         if (TargetIOServerTerminalInterface* terminal = m_owner.m_monitor.terminal())
@@ -142,8 +149,11 @@ private:
     ESValue receive(const ESCall&)
     {
         TargetIOServerTerminalInterface* terminal = m_owner.m_monitor.terminal();
-        const bool available = terminal != nullptr && terminal->inputCharAvailable();
-        return available ? static_cast<double>(terminal->getInputChar()) : -1.0;
+        if (terminal == nullptr)
+            return -2.0;
+        if (terminal->inputCharAvailable())
+            return static_cast<double>(terminal->getInputChar());
+        return terminal->atEnd() ? -2.0 : -1.0;
     }
 
     ESValue load(const ESCall& call)
@@ -152,9 +162,10 @@ private:
             QFile file(folder + u'/' + call.text(0));
             if (!file.open(QIODevice::ReadOnly))
                 continue;
-            const ESValue made =
-                call.context.makeFunction({}, QString::fromUtf8(file.readAll()) + u'\n');
-            call.context.call(made.object, call.context.global(), 0, nullptr);
+            const ESCompletion completion =
+                call.context.eval(QString::fromUtf8(file.readAll()) + u'\n');
+            if (completion.kind == ESCompletion::Exception)
+                throw ESException(completion.value);
             return ESValue::boolean(true);
         }
         return ESValue::boolean(false);
@@ -171,6 +182,7 @@ private:
         {"send", 1, &HostObject::send},
         {"receive", 0, &HostObject::receive},
         {"load", 1, &HostObject::load},
+        {"reset", 0, &HostObject::resetProcessor},
     };
 
     PeripheralSimulator& m_owner;
@@ -191,6 +203,7 @@ PeripheralSimulator::PeripheralSimulator(const QString& path, SimulatedHMonitor&
         return;
     }
     m_context->addToLoadPath(QFileInfo(path).absolutePath());
+    m_context->addToLoadPath(QTx::rootDirectory() + u"/targets"_s);
     const QString text = QString::fromUtf8(file.readAll()) + u'\n';
     guarded(*m_context, [&] {
         const ESCompletion completion = m_context->eval(text);

@@ -16,8 +16,10 @@ class SimulatedHMonitor;
 ///     Simulator.quiet(cycles)  no poll will find anything for so long, unless a register is
 ///                              accessed; Infinity for ever
 ///     Simulator.send(byte)     to the terminal
-///     Simulator.receive()      the next byte from the terminal, or -1
-///     Simulator.load(name)     evaluates a file of the load path
+///     Simulator.receive()      the next byte from the terminal, -1 if there is none yet, or -2 if
+///                              none will come any more
+///     Simulator.load(name)     evaluates a file of the load path; false if there is none
+///     Simulator.reset()        resets the processor ahead of its next instruction
 ///
 /// What a script throws comes up as an HException: the error's message, which begins with its line.
 class PeripheralSimulator : public BuiltinScript, public SimulatedPeripherals {

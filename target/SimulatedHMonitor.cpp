@@ -115,6 +115,7 @@ void SimulatedHMonitor::reset()
 {
     m_cycleCount = 0;
     m_runCounter = 0;
+    m_resetRequested = false;
     checkReset();
     if (m_peripherals)
         m_peripherals->reset();
@@ -151,7 +152,7 @@ void SimulatedHMonitor::go()
     m_trace.setSize(static_cast<std::size_t>(traceBufferSize()));
     breakpointsChanged();
     while (!m_stopped) {
-        if (m_matcher.matched() == nullptr)
+        if (m_matcher.matched() == nullptr && !m_resetRequested)
             passesUnwatched();
         if (!m_stopped)
             pass();
@@ -172,10 +173,25 @@ void SimulatedHMonitor::passesUnwatched()
 
 unsigned SimulatedHMonitor::runUnwatched(unsigned) { return 0; }
 
+void SimulatedHMonitor::requestReset()
+{
+    m_resetRequested = true;
+    leaveRunUnwatched();
+}
+
+void SimulatedHMonitor::resetByPeripheral()
+{
+    m_resetRequested = false;
+    checkReset();
+    m_peripherals->reset();
+}
+
 void SimulatedHMonitor::pass()
 {
     if (limitReached())
         return;
+    if (m_resetRequested)
+        resetByPeripheral();
     checkIRQ();
     if (++m_runCounter % passesBetweenEvents == 0)
         handleEvents();

@@ -115,6 +115,9 @@ public:
     /// Where serial ports of the peripherals send to and receive from; may be null.
     void setTerminal(TargetIOServerTerminalInterface* terminal) { m_terminal = terminal; }
     TargetIOServerTerminalInterface* terminal() const { return m_terminal; }
+    /// Has the processor reset ahead of its next instruction, as a peripheral does; counts and
+    /// traces stay.
+    void requestReset();
     void logMessage(const QString& text) const { host().message(text); }
     void logError(const QString& text) const { host().error(text); }
 
@@ -126,6 +129,8 @@ protected:
     /// early; the general pass then does it. A data match ends the call behind its pass. Base:
     /// none.
     virtual unsigned runUnwatched(unsigned passes);
+    /// Something has happened that the general pass has to look at.
+    virtual void leaveRunUnwatched() { }
     /// The breakpoints may be others than before: called ahead of a run and after events.
     virtual void breakpointsChanged() { }
 
@@ -158,6 +163,7 @@ private:
     void actOnMatch();
     void stopOnError();
     void handleEvents();
+    void resetByPeripheral();
 
     InstructionTrace m_trace;
     std::size_t m_traceIterator = 0;
@@ -166,6 +172,7 @@ private:
     TargetInterfacePropertyValue m_enablePeripheralFile;
     TargetInterfacePropertyValue m_traceBufferSize;
     bool m_hasPeripherals;
+    bool m_resetRequested = false;
     TargetIOServerTerminalInterface* m_terminal = nullptr;
     std::uint32_t m_countBase = 0;
     std::vector<std::uint32_t> m_counts;

@@ -224,7 +224,6 @@ private:
     struct WholeMemoryOperation;
     struct RangeOperation;
     struct EraseOptions;
-    class LoadSession;
 
     void operation(const QString& title, const char* verb, const std::function<void()>& work);
     void wholeMemories(const WholeMemoryOperation& kind);

@@ -5,6 +5,7 @@
 #include "objfile/loadfiles/LoadFile.h"
 #include "target/KbSize.h"
 #include "target/TargetInterface.h"
+#include "target/TargetLoadSession.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -43,34 +44,6 @@ struct TargetInterface::EraseOptions {
     bool image = false;
     bool comparing = false;      ///< what holds its data already stays
     bool onlyIfRequired = false; ///< unless the memory needs no erase before it is written
-};
-
-/// A load session that ends with its scope; a failure of its end is the caller's when nothing else
-/// has failed.
-class TargetInterface::LoadSession {
-public:
-    explicit LoadSession(TargetInterface& target) : m_target(target) { target.loadBegin(); }
-    LoadSession(const LoadSession&) = delete;
-    LoadSession& operator=(const LoadSession&) = delete;
-    ~LoadSession()
-    {
-        if (m_ended)
-            return;
-        try {
-            m_target.loadEnd();
-        } catch (const HException&) {
-            // The operation's own failure is on its way.
-        }
-    }
-    void end()
-    {
-        m_ended = true;
-        m_target.loadEnd();
-    }
-
-private:
-    TargetInterface& m_target;
-    bool m_ended = false;
 };
 
 namespace {
@@ -134,7 +107,7 @@ void TargetInterface::progressTo(unsigned done)
 void TargetInterface::operation(const QString& title, const char* verb,
                                 const std::function<void()>& work)
 {
-    LoadSession session(*this);
+    TargetLoadSession session(*this);
     host().beginGroup(title, TargetLogKind::LoadGroup);
     try {
         work();
@@ -518,7 +491,7 @@ void TargetInterface::wholeMemories(const WholeMemoryOperation& kind)
 
 void TargetInterface::eraseAll()
 {
-    LoadSession session(*this);
+    TargetLoadSession session(*this);
     m_codeErased.add(0, wholeSpan, true);
     m_eeErased.add(0, wholeSpan, true);
     wholeMemories(erasingAll<WholeMemoryOperation>);

@@ -7,9 +7,10 @@
 // A file of your own can load this one and add to it:
 //
 //     Simulator.load("msp430peripherals.js");
-//     function analogInput(channel) { return channel == 10 ? 0.4 : 0; }  // 0 to 1 of the reference
-//     function started() { schedule(50000, function() { setPin(1, 3, 0); }); }
+//     analogInput = function(channel) { return channel == 10 ? 0.4 : 0; };  // 0 to 1
+//     started = function() { schedule(50000, function() { setPin(1, 3, 0); }); };
 //
+// (Declared functions would be there before the file is loaded, and be replaced by it.)
 // connected() runs when the device is known, started() at each reset; schedule(cycles, action) does
 // something later, setPin(port, bit, level) drives an input, and outputChanged(port, value) sees
 // what the program puts on a port. capture(timer, channel, level) drives a capture input, with
@@ -35,6 +36,10 @@ function analogInput(channel) { return 0.5; }
 function outputChanged(port, value) { }
 function connected() { }
 function started() { }
+
+// Math.min and Math.max cut their arguments to whole numbers.
+function least(a, b) { return a < b ? a : b; }
+function most(a, b) { return a > b ? a : b; }
 
 function schedule(cycles, action) {
     scheduleTimes.push(Simulator.cycleCount() + cycles);
@@ -89,7 +94,7 @@ Clock.prototype.update = function() {
     } else {                               // UCSCTL2, UCSCTL4, UCSCTL5
         var loop = getWord(this.r[0]), select = getWord(this.r[1]), divide = getWord(this.r[2]);
         dco = ACLK * ((loop & 0x3FF) + 1);
-        var factor = 1 << Math.min(loop >> 12 & 7, 5);
+        var factor = 1 << least(loop >> 12 & 7, 5);
         this.mclk = this.sourceOf(select & 7, dco, factor);
         this.smclk = this.sourceOf(select >> 4 & 7, dco, factor);
         this.aclk = this.sourceOf(select >> 8 & 7, dco, factor);
@@ -158,6 +163,7 @@ Clock.prototype.next = function() { return Infinity; };
 // without interrupts are -1.
 
 function Port(number, registers, vector, iv) {
+    this.isPort = true;
     this.number = number;
     this.r = registers;
     this.vector = vector;
@@ -223,7 +229,7 @@ Port.prototype.next = function() { return Infinity; };
 
 function setPin(number, bit, level) {
     for (var i = 0; i < modules.length; i++)
-        if (modules[i] instanceof Port && modules[i].number == number) {
+        if (modules[i].isPort && modules[i].number == number) {
             var port = modules[i];
             port.inputs = level ? port.inputs | 1 << bit : port.inputs & ~(1 << bit);
             port.pinsChanged();
@@ -235,6 +241,7 @@ function setPin(number, bit, level) {
 
 function Timer(isB, channels, control, counter, capture, compare, extension, iv, vector0, vector1,
                overflowIV) {
+    this.isTimer = true;
     this.isB = isB;
     this.channels = channels;
     this.control = control;
@@ -286,7 +293,7 @@ Timer.prototype.top = function() {
 /// Takes the settings over, with the counter at a value.
 Timer.prototype.configure = function(count) {
     var control = getWord(this.control), mode = control >> 4 & 3;
-    var limit = Math.min(getWord(this.ccr), this.top());
+    var limit = least(getWord(this.ccr), this.top());
     var source = control >> 8 & 3;
     this.period = (source == 1 ? clock.aclkCycles() : clock.smclkCycles()) * (1 << (control >> 6 & 3));
     if (this.extension >= 0)
@@ -296,7 +303,7 @@ Timer.prototype.configure = function(count) {
     if (mode == 2 || mode == 0)
         this.length = this.top() + 1;
     else
-        this.length = mode == 1 ? limit + 1 : Math.max(2 * limit, 1);
+        this.length = mode == 1 ? limit + 1 : most(2 * limit, 1);
     this.position = count < this.length ? count : 0;
 };
 Timer.prototype.clockChanged = function() {
@@ -325,7 +332,7 @@ Timer.prototype.untilCompare = function(channel) {
     var up = this.distance(value);
     if (value == 0 || value == this.length / 2)
         return up;
-    return Math.min(up, this.distance(this.length - value));
+    return least(up, this.distance(this.length - value));
 };
 Timer.prototype.advance = function() {
     if (!this.running)
@@ -429,17 +436,17 @@ Timer.prototype.next = function() {
     for (var i = 0; i < this.channels; i++) {
         var register = this.cctl + 2 * i;
         if ((memory[register] & 0x10) != 0 && (memory[register + 1] & 1) == 0)
-            counts = Math.min(counts, this.untilCompare(i));
+            counts = least(counts, this.untilCompare(i));
     }
     if ((memory[this.control] & 2) != 0)
-        counts = Math.min(counts, this.distance(0));
+        counts = least(counts, this.distance(0));
     return this.since + counts * this.period;
 };
 
 function capture(number, channel, level) {
     var at = 0;
     for (var i = 0; i < modules.length; i++)
-        if (modules[i] instanceof Timer && at++ == number) {
+        if (modules[i].isTimer && at++ == number) {
             now = Simulator.cycleCount();
             modules[i].advance();
             modules[i].edge(modules[i].cctl + 2 * channel, level != 0, modules[i].count());
@@ -527,6 +534,7 @@ function Uart(kind, registers, receiveBit, transmitBit, receiveVector, transmitV
     this.waiting = -1;     // the byte behind it
     this.nextReceive = 0;
     this.ended = false;    // no more input will come
+    this.full = false;     // what was received has not been read
     for (var i = 0; i < registers.length; i++)
         byteAt[registers[i]] = this;
     if (iv >= 0)
@@ -539,6 +547,7 @@ Uart.prototype.reset = function() {
 Uart.prototype.flush = function() {
     this.shiftEnd = now;
     this.waiting = -1;
+    this.full = false;
     this.nextReceive = now;
     memory[this.r[7]] = memory[this.r[7]] & ~this.rxBit | this.txBit;
 };
@@ -547,7 +556,7 @@ Uart.prototype.isHeld = function() { return (memory[this.r[0]] & 1) != 0; };
 Uart.prototype.characterCycles = function() {
     var select = memory[this.r[1]];
     var source = this.kind == "usart" ? select >> 4 & 3 : select >> 6 & 3;
-    var divider = Math.max(memory[this.r[2]] | memory[this.r[3]] << 8, 1);
+    var divider = most(memory[this.r[2]] | memory[this.r[3]] << 8, 1);
     return 10 * divider * (source == 1 ? clock.aclkCycles() : clock.smclkCycles());
 };
 Uart.prototype.put = function(value) {
@@ -571,11 +580,12 @@ Uart.prototype.advance = function() {
         this.shiftEnd = this.shiftEnd + this.characterCycles();
         memory[this.r[7]] = memory[this.r[7]] | this.txBit;
     }
-    if (!this.ended && now >= this.nextReceive && (memory[this.r[7]] & this.rxBit) == 0) {
+    if (!this.ended && now >= this.nextReceive && !this.full) {
         this.nextReceive = now + this.characterCycles();
         var byte = Simulator.receive();
         if (byte >= 0) {
             memory[this.r[4]] = byte;
+            this.full = true;
             memory[this.r[7]] = memory[this.r[7]] | this.rxBit;
         } else if (byte == -2) {
             this.ended = true;
@@ -585,8 +595,10 @@ Uart.prototype.advance = function() {
 Uart.prototype.load = function(address, debug) {
     if (!debug)
         this.advance();
-    if (address == this.r[4] && !debug)
+    if (address == this.r[4] && !debug) {
         memory[this.r[7]] = memory[this.r[7]] & ~this.rxBit;
+        this.full = false;
+    }
     // USART: TXEPT in the register with the clock source.
     if (this.kind == "usart" && address == this.r[1])
         return memory[address] & 0xFE | (now >= this.shiftEnd && this.waiting < 0 ? 1 : 0);
@@ -630,9 +642,8 @@ Uart.prototype.next = function() {
     if (this.isHeld())
         return Infinity;
     var time = this.waiting >= 0 ? this.shiftEnd : Infinity;
-    if (!this.ended && (memory[this.r[6]] & this.rxBit) != 0
-        && (memory[this.r[7]] & this.rxBit) == 0)
-        time = Math.min(time, this.nextReceive);
+    if (!this.ended && !this.full && (memory[this.r[6]] & this.rxBit) != 0)
+        time = least(time, this.nextReceive);
     return time;
 };
 
@@ -673,7 +684,7 @@ Adc.prototype.reset = function() {
     this.doneAt = Infinity;
 };
 Adc.prototype.conversionCycles = function() {
-    return Math.max(Math.ceil(CONVERSION_SECONDS * clock.mclk), 1);
+    return most(Math.ceil(CONVERSION_SECONDS * clock.mclk), 1);
 };
 Adc.prototype.sequence = function() { return getWord(this.control1) >> 1 & 3; };
 Adc.prototype.begin = function() {
@@ -699,7 +710,7 @@ Adc.prototype.convert = function() {
         channel = this.at;
         last = (this.sequence() & 1) == 0 || channel == 0;
     }
-    var level = Math.max(0, Math.min(1, analogInput(channel)));
+    var level = most(0, least(1, analogInput(channel)));
     var value = Math.round(level * full);
     if (this.bits == 12) {
         putWord(this.result + 2 * this.at, value);
@@ -875,9 +886,9 @@ function pollForInterrupts(cycles) {
         return vector;
     }
     for (i = 0; i < modules.length; i++)
-        next = Math.min(next, modules[i].next());
+        next = least(next, modules[i].next());
     for (i = 0; i < scheduleTimes.length; i++)
-        next = Math.min(next, scheduleTimes[i]);
+        next = least(next, scheduleTimes[i]);
     Simulator.quiet(Math.ceil(next - now));
     return 0;
 }

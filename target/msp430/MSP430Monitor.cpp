@@ -56,9 +56,8 @@ void MSP430Monitor::connect(bool)
         setExecutionCountRange(0, MemoryImage::Size);
         if (m_peripherals)
             m_peripherals->connect(deviceId());
-        executeConnectScript();
     } catch (...) {
-        release();
+        disconnect();
         throw;
     }
 }
@@ -115,13 +114,6 @@ void MSP430Monitor::addValidRanges()
 
 void MSP430Monitor::disconnect()
 {
-    if (m_connected)
-        executeDisconnectScript();
-    release();
-}
-
-void MSP430Monitor::release()
-{
     m_core.reset();
     m_image.reset();
     addressRanges().clear();
@@ -132,7 +124,7 @@ void MSP430Monitor::release()
 bool MSP430Monitor::isCompatibleWith(const QString& processor) const
 {
     // Device 0 stands for no device in particular.
-    return !isConnected() || m_devices->find(m_devices->selectedName()) == 0
+    return processor.isEmpty() || !isConnected() || m_devices->find(m_devices->selectedName()) == 0
         || processor.split(u';').contains(deviceId(), Qt::CaseInsensitive);
 }
 
@@ -160,12 +152,12 @@ void MSP430Monitor::reset()
 {
     requireConnection();
     m_lastPoll = m_lastPeripheralPoll = 0;
-    std::fill(m_pending.begin(), m_pending.end(), static_cast<unsigned char>(0));
     SimulatedHMonitor::reset();
 }
 
 void MSP430Monitor::checkReset()
 {
+    std::fill(m_pending.begin(), m_pending.end(), static_cast<unsigned char>(0));
     setRegister(MSP430Register::SR, 0);
     loadPC(resetVector);
 }
@@ -208,8 +200,11 @@ void MSP430Monitor::breakpointsChanged()
     if (m_image == nullptr)
         return;
     m_image->unwatchAll();
-    m_matcher.forEachWatchedSpan(
-        [&](std::uint32_t first, std::uint32_t last) { m_image->watch(first, last); });
+    m_matcher.forEachSpan(
+        false, [&](std::uint32_t first, std::uint32_t last) { m_image->watch(first, last); });
+    m_matcher.forEachSpan(true, [&](std::uint32_t first, std::uint32_t last) {
+        m_image->markBreakpoint(first, last);
+    });
 }
 
 bool MSP430Monitor::nothingPending() const
@@ -265,7 +260,6 @@ template <bool traced> unsigned MSP430Monitor::execute(unsigned passes)
     const std::uint32_t base = countBase();
     RunCore& core = *m_core;
     const MemoryImage& image = *m_image;
-    const bool breakpoints = m_matcher.count() > 0;
     unsigned done = 0;
     while (done < passes && m_cycleCount < m_runDeadline
            && (registers[MSP430Register::SR] & MSP430Status::CPUOFF) == 0) {
@@ -273,7 +267,8 @@ template <bool traced> unsigned MSP430Monitor::execute(unsigned passes)
         if (!core.isPlainWord(pc))
             break;
         const unsigned word = image.word(pc);
-        if (word == SoftwareBreakpoint || (breakpoints && m_matcher.wouldMatchCode(pc)))
+        if (word == SoftwareBreakpoint
+            || (image.mayHaveBreakpoint(pc) && m_matcher.wouldMatchCode(pc)))
             break;
         if constexpr (traced)
             addToInstructionTrace(pc, 0);

@@ -74,6 +74,7 @@ public:
 protected:
     unsigned runUnwatched(unsigned passes) override;
     void breakpointsChanged() override;
+    void leaveRunUnwatched() override { m_runDeadline = 0; }
 
 private:
     using RunCore = MSP430RunCore<MSP430Monitor>;
@@ -81,12 +82,10 @@ private:
     void connectDevice();
     void selectDevice();
     void addValidRanges();
-    void release();
     template <bool traced> unsigned execute(unsigned passes);
     unsigned sleep(unsigned passes);
     std::uint64_t nextPoll() const;
     bool nothingPending() const;
-    void peripheralsAccessed() { m_runDeadline = 0; }
     void requireConnection() const;
     bool sleeping()
     {

@@ -44,26 +44,26 @@ void MSP430Monitor::writeWord(unsigned address, unsigned value)
 
 unsigned MSP430Monitor::read(unsigned address, unsigned size)
 {
-    if (!memoryExists(address, size)) {
+    if (!m_image->isOrdinary(address) && !memoryExists(address, size)) {
         m_errors.raise(SimulatorErrors::ReadOutside, address);
         return 0;
     }
     const unsigned value = m_image->load(address, size, false, m_peripherals.get());
     if (m_image->isPeripheral(address))
-        peripheralsAccessed();
+        leaveRunUnwatched();
     m_matcher.matchData(address, size, value, true);
     return value;
 }
 
 void MSP430Monitor::write(unsigned address, unsigned size, unsigned value)
 {
-    if (!memoryExists(address, size)) {
+    if (!m_image->isOrdinary(address) && !memoryExists(address, size)) {
         m_errors.raise(SimulatorErrors::WriteOutside, address);
         return;
     }
     m_image->store(address, size, value, m_peripherals.get());
     if (m_image->isPeripheral(address))
-        peripheralsAccessed();
+        leaveRunUnwatched();
     m_matcher.matchData(address, size, value, false);
 }
 

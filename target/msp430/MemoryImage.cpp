@@ -25,12 +25,16 @@ MemoryImage::MemoryImage(const MSP430DevicesInterface& device, const AddressRang
 void MemoryImage::watch(std::uint32_t first, std::uint32_t last)
 {
     // A word in front of the span reaches into it.
-    first = first == 0 ? 0 : first - 1;
+    setPages(m_plain, false, first == 0 ? 0 : first - 1, last);
+}
+
+void MemoryImage::setPages(Pages& pages, bool value, std::uint32_t first, std::uint32_t last)
+{
     if (first >= Size)
         return;
-    const std::uint32_t lastPage = std::min(last < first ? Size - 1 : last, Size - 1) >> PageShift;
-    for (std::uint32_t page = first >> PageShift; page <= lastPage; ++page)
-        m_plain[page] = false;
+    const std::uint32_t end = last < first ? Size - 1 : std::min(last, Size - 1);
+    for (std::uint32_t page = first >> PageShift; page <= end >> PageShift; ++page)
+        pages[page] = value;
 }
 
 unsigned MemoryImage::load(std::uint32_t address, unsigned size, bool debug,

@@ -27,9 +27,27 @@ public:
     {
         return address < Size && m_plain[address >> PageShift];
     }
+    /// True in a page that is valid throughout and has no peripheral, watched or not.
+    bool isOrdinary(std::uint32_t address) const
+    {
+        return address < Size && m_valid[address >> PageShift];
+    }
     /// Watched pages aren't plain: accesses of them are to be reported.
-    void unwatchAll() { m_plain = m_valid; }
+    void unwatchAll()
+    {
+        m_plain = m_valid;
+        m_hasBreakpoint = {};
+    }
     void watch(std::uint32_t first, std::uint32_t last);
+    /// Pages in which the PC has to be compared with the code breakpoints.
+    void markBreakpoint(std::uint32_t first, std::uint32_t last)
+    {
+        setPages(m_hasBreakpoint, true, first, last);
+    }
+    bool mayHaveBreakpoint(std::uint32_t address) const
+    {
+        return m_hasBreakpoint[address >> PageShift];
+    }
     bool isPeripheral(std::uint32_t address) const
     {
         return address >= m_peripheralStart && address <= m_peripheralEnd;
@@ -62,6 +80,8 @@ public:
 
 private:
     static constexpr unsigned PageShift = 8;
+    using Pages = std::array<bool, (Size >> PageShift)>;
+    static void setPages(Pages& pages, bool value, std::uint32_t first, std::uint32_t last);
 
     bool isMultiplier(std::uint32_t address) const
     {
@@ -75,8 +95,8 @@ private:
     std::uint32_t m_peripheralEnd;
     std::uint32_t m_multiplierStart;
     std::unique_ptr<unsigned char[]> m_bytes;
-    using Pages = std::array<bool, (Size >> PageShift)>;
     Pages m_valid{}; ///< plain but for what is watched
     Pages m_plain{};
+    Pages m_hasBreakpoint{};
     Multiplier m_multiplier;
 };

@@ -162,7 +162,9 @@ TEST(DeviceLibrary, OnlyKnownIdentificationsMatch)
     EXPECT_EQ(identified(f149, 0xF0), "MSP430F149");
     EXPECT_EQ(identified(f149, 0xF2), "MSP430F147");
     const unsigned char f2013[16] = {0xF2, 0x01, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 3};
-    EXPECT_EQ(identified(f2013, 0), "MSP430F2003");
+    EXPECT_EQ(identified(f2013, 0), "MSP430F2013");
+    const unsigned char f5438a[16] = {0x05, 0x80};
+    EXPECT_EQ(identified(f5438a, 0), "MSP430F5438A") << "SLAS655: 05h at 0x1A04, 80h behind it";
     const unsigned char unknown[16] = {0xFE, 0xFE, 0xFE, 0xFE, 0xFE, 0xFE, 0xFE, 0xFE,
                                        0xFE, 0xFE, 0xFE, 0xFE, 0xFE, 0xFE, 0xFE, 0xFE};
     EXPECT_EQ(identified(unknown, 0xFE), "");
