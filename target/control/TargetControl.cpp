@@ -144,7 +144,7 @@ QString TargetControl::statusText() const
 
 void TargetControl::pollExternalDisconnection()
 {
-    if (m_polling || m_target == nullptr)
+    if (m_polling || m_target == nullptr || !m_watchesDisconnection)
         return;
     m_polling = true;
     bool lost = false;
