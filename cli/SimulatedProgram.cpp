@@ -97,7 +97,13 @@ void SimulatedProgram::connect()
         m_monitor.setPeripheralFile(QString::fromStdString(m_options.peripherals));
         m_monitor.setEnablePeripheralFile(true);
     }
-    m_monitor.connect(false);
+    try {
+        m_monitor.connect(false);
+    } catch (const HException& failure) {
+        throw m_options.peripherals.empty()
+            ? failure
+            : HException(m_options.peripherals + ": " + failure.message());
+    }
     for (int i = 0; i < m_monitor.numErrors(); ++i)
         m_monitor.setErrorEnabled(m_monitor.getError(i), true);
     if (m_options.trace) {
@@ -233,6 +239,16 @@ int SimulatedProgram::report(const char* reason, int status)
     std::fprintf(stderr, "gantry: stopped at %s: %s\n", hex(m_monitor.registers()->getPC()).c_str(),
                  reason);
     return status;
+}
+
+void SimulatedProgramLog::message(const QString& text)
+{
+    std::fprintf(stderr, "%s\n", qPrintable(text));
+}
+
+void SimulatedProgramLog::error(const QString& text)
+{
+    std::fprintf(stderr, "gantry: %s\n", qPrintable(text));
 }
 
 void SimulatedProgram::errorOccurred(const char* text)

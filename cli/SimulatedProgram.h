@@ -9,6 +9,15 @@
 #include <memory>
 #include <optional>
 
+/// What the target and its peripherals say goes to the error stream: standard output is the
+/// program's.
+class SimulatedProgramLog : public TargetInterfaceHelperFunctions {
+public:
+    using TargetInterfaceHelperFunctions::message;
+    void message(const QString& text) override;
+    void error(const QString& text) override;
+};
+
 /// One program on the simulator with its debug I/O on the command line.
 class SimulatedProgram : public TargetIOServerHelperFunctions {
 public:
@@ -48,7 +57,8 @@ private:
 
     const RunOptions& m_options;
     CommandLineTerminal m_terminal;
-    MSP430Monitor m_monitor;
+    SimulatedProgramLog m_log;
+    MSP430Monitor m_monitor{&m_log};
     std::unique_ptr<LoadFileInterface> m_file;
     std::deque<HBreakpoint> m_breakpoints;
     std::optional<DebugIO> m_debugIO;

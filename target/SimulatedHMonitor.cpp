@@ -151,11 +151,17 @@ void SimulatedHMonitor::go()
     m_errors.clearCurrent();
     m_trace.setSize(static_cast<std::size_t>(traceBufferSize()));
     breakpointsChanged();
-    while (!m_stopped) {
-        if (m_matcher.matched() == nullptr && !m_resetRequested)
-            passesUnwatched();
-        if (!m_stopped)
-            pass();
+    try {
+        while (!m_stopped) {
+            if (m_matcher.matched() == nullptr && !m_resetRequested)
+                passesUnwatched();
+            if (!m_stopped)
+                pass();
+        }
+    } catch (...) {
+        // A peripheral has failed: the target stays where it is.
+        m_stopped = true;
+        throw;
     }
 }
 
@@ -183,7 +189,8 @@ void SimulatedHMonitor::resetByPeripheral()
 {
     m_resetRequested = false;
     checkReset();
-    m_peripherals->reset();
+    if (m_peripherals)
+        m_peripherals->reset();
 }
 
 void SimulatedHMonitor::pass()

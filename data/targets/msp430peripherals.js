@@ -118,23 +118,23 @@ Clock.prototype.sourceOf = function(select, dco, factor) {
 /// Cycles of one period of SMCLK or ACLK.
 Clock.prototype.smclkCycles = function() { return this.mclk / this.smclk; };
 Clock.prototype.aclkCycles = function() { return this.mclk / this.aclk; };
-Clock.prototype.load = function(address, debug) { return memory[address]; };
-Clock.prototype.store = function(address, value) {
-    advanceAll();
-    memory[address] = value;
+Clock.prototype.changed = function() {
     this.update();
     for (var i = 0; i < modules.length; i++)
         if (modules[i].clockChanged != undefined)
             modules[i].clockChanged();
 };
+Clock.prototype.load = function(address, debug) { return memory[address]; };
+Clock.prototype.store = function(address, value) {
+    advanceAll();
+    memory[address] = value;
+    this.changed();
+};
 Clock.prototype.loadWord = function(address, debug) { return getWord(address); };
 Clock.prototype.storeWord = function(address, value) {
     advanceAll();
     putWord(address, value);
-    this.update();
-    for (var i = 0; i < modules.length; i++)
-        if (modules[i].clockChanged != undefined)
-            modules[i].clockChanged();
+    this.changed();
 };
 Clock.prototype.reset = function() {
     if (this.kind == "fixed")

@@ -6,6 +6,8 @@
 #include "target/TargetLoadSession.h"
 #include "target/control/TargetList.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
@@ -142,7 +144,7 @@ QString TargetControl::statusText() const
 
 void TargetControl::pollExternalDisconnection()
 {
-    if (m_polling || m_target == nullptr)
+    if (m_polling || m_target == nullptr || !m_watchesDisconnection)
         return;
     m_polling = true;
     bool lost = false;
@@ -161,6 +163,57 @@ void TargetControl::pollExternalDisconnection()
         m_host.logError(u"Target connection has been lost"_s);
     }
     m_polling = false;
+}
+
+// The list ----------------------------------------------------------------------------------------
+
+/// Disconnects, and tells whether the targets may go now.
+bool TargetControl::nothingConnected()
+{
+    connectTargetInterface(nullptr, true, nullptr, {});
+    return m_targets != nullptr && !targetIsConnected();
+}
+
+bool TargetControl::loadTargets()
+{
+    if (!nothingConnected())
+        return false;
+    m_targets->load();
+    m_host.targetChanged();
+    return true;
+}
+
+bool TargetControl::importTargets(const QString& path)
+{
+    if (!nothingConnected())
+        return false;
+    m_targets->importTargetDefinitions(path);
+    m_host.targetChanged();
+    return true;
+}
+
+bool TargetControl::restoreDefaultTargets()
+{
+    if (!m_host.ask(u"Are you sure you want to overwrite the existing targets with the default set "
+                    "of targets?"_s,
+                    u"Restore Default Targets"_s)
+        || !nothingConnected())
+        return false;
+    m_targets->restoreDefaultTargets();
+    m_host.targetChanged();
+    return true;
+}
+
+bool TargetControl::exportTargets(const QString& path)
+{
+    if (m_targets == nullptr
+        || (QFileInfo::exists(path)
+            && !m_host.ask(u"File already exists, are you sure you want to overwrite the existing "
+                           "file?"_s,
+                           u"Export Target Definitions To XML File"_s)))
+        return false;
+    m_targets->exportTargetDefinitions(path);
+    return true;
 }
 
 // Load files ------------------------------------------------------------------------------------

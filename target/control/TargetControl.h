@@ -43,6 +43,14 @@ public:
     unsigned capabilities() const;
     bool can(unsigned capability) const { return (capabilities() & capability) == capability; }
 
+    // The list of targets. Each disconnects first, and does nothing if something stays connected.
+    bool loadTargets();
+    bool importTargets(const QString& path);
+    /// Asks the user first.
+    bool restoreDefaultTargets();
+    /// Asks the user before it overwrites a file. False if the file stays.
+    bool exportTargets(const QString& path);
+
     /// Run every 1000 ms while this is true; a lost target is disconnected and reported once.
     bool watchesDisconnection() const { return m_watchesDisconnection; }
     static constexpr int DisconnectionPollMilliseconds = 1000;
@@ -75,6 +83,7 @@ public:
     static QString verifyFoundNoErrors();
 
 private:
+    bool nothingConnected();
     void targetWasConnected();
     void forgetTarget();
 

@@ -147,6 +147,20 @@ TEST_F(PeripheralSimulatorTest, FailuresOfAFileAreReportedAndLeaveTheSessionUsab
     EXPECT_EQ(loadByte(0x21), 0x22u);
 }
 
+TEST_F(PeripheralSimulatorTest, AScriptThatFailsInARunStopsIt)
+{
+    connectScript("function connect(n) { } function reset() { }\n"
+                  "function loadPeripheral(a, s, d) {\n"
+                  "  return none.such; }\n");
+    load({0x4303, 0x4215, 0x20, 0x3FFF});
+    EXPECT_EQ(messageOf([&] { run(1000); }).substr(0, 7), "line 3:");
+    EXPECT_TRUE(monitor.isStopped());
+    EXPECT_TRUE(monitor.isConnected());
+    load({0x4316, 0x4343}); // mov #1, r6
+    run(1000);
+    EXPECT_EQ(reg(6), 1u) << "what touches no peripheral goes on";
+}
+
 TEST_F(PeripheralSimulatorTest, AScriptThatLoopsCanBeStopped)
 {
     static MSP430Monitor* running;

@@ -2,6 +2,9 @@
 #include "FakeTarget.h"
 #include "TestFolder.h"
 
+#include "objfile/model/TOBFDirectives.h"
+#include "objfile/model/TOBFExpr.h"
+#include "objfile/model/TOBFModule.h"
 #include "projects/solution/ProjectSystem.h"
 #include "script/es/ESContext.h"
 #include "target/TargetInterfaceFactory.h"
@@ -235,6 +238,51 @@ TEST_F(TargetContractTest, ScriptsReachTheTarget)
     EXPECT_EQ(eval("1 + 1"), "2") << "the context goes on";
     target.disconnect();
     EXPECT_THROW(eval("TargetInterface.peekByte(0)"), HException);
+}
+
+TEST_F(TargetContractTest, NativeModulesAreLoadedBySections)
+{
+    Pool pool;
+    const CurrentPool current(&pool);
+    auto* const module = new TOBFModule;
+    const auto section = [&](const char* name, unsigned flags) {
+        auto* made = new TOBFSection(HString::intern(name));
+        made->setFlags(flags);
+        module->addSection(made);
+        return made;
+    };
+    const auto word = [](TOBFSection* in, int value, int pc) {
+        auto* insn = new TOBFDefBytesInsn(new TOBFConstExpr(value), 2);
+        insn->setPC(pc);
+        insn->encode();
+        in->addInsn(insn);
+    };
+    TOBFSection* const code = section("CODE", 1 | TOBFSection::LoadFlag);
+    for (int i = 0; i < 3; ++i)
+        word(code, 0x1100 + i, 0x8000 + 2 * i);
+    word(code, 0x2233, 0x9000);
+    word(section("UDATA0", 3), 0x4444, 0x200);
+    section("EMPTY", 1 | TOBFSection::LoadFlag);
+
+    target.loadTOBFModule(module);
+    EXPECT_EQ(target.code.peekUint16(0x8004), 0x1102);
+    EXPECT_EQ(target.code.peekUint16(0x9000), 0x2233);
+    EXPECT_EQ(target.code.peekUint16(0x8006), 0xFFFF) << "the gap stays";
+    EXPECT_EQ(target.code.peekUint16(0x200), 0xFFFF) << "a section that isn't loaded";
+    EXPECT_EQ(host.lines, (Lines{"bar Programming 8 bytes of CODE"}));
+    EXPECT_EQ(host.at, 8);
+    EXPECT_EQ(host.end, 8);
+
+    target.code.addressRanges().add(0x8000, 0x8FFF, false);
+    try {
+        target.checkTOBFModuleMemoryExists(module);
+        FAIL();
+    } catch (const HException& failure) {
+        EXPECT_EQ(failure.message(), "Section CODE is too big for target");
+    }
+    EXPECT_EQ(host.lines.back(), "Section CODE is too big for target (4)");
+    target.code.addressRanges().add(0x9000, 0x9001, false);
+    target.checkTOBFModuleMemoryExists(module);
 }
 
 TEST(TargetInterfaceFactory, MakesTargetsByTheirNames)

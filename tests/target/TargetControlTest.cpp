@@ -147,6 +147,53 @@ TEST_F(TargetControlTest, DamagedDefinitionsAreReportedAndTheListGoesOn)
     EXPECT_EQ(list.size(), 1u);
 }
 
+TEST_F(TargetControlTest, TheListIsReplacedOnlyWhenNothingIsConnected)
+{
+    TargetList list(settings, path("targets.xml"));
+    TargetControl withList(settings, host, &list);
+    EXPECT_TRUE(withList.loadTargets());
+    EXPECT_TRUE(withList.exportTargets(path("mine.xml")));
+    EXPECT_FALSE(withList.exportTargets(path("mine.xml"))) << "the user says no";
+    EXPECT_FALSE(withList.restoreDefaultTargets());
+    EXPECT_EQ(host.questions,
+              (Lines{"Export Target Definitions To XML File: File already exists, are you sure you "
+                     "want to overwrite the existing file?",
+                     "Restore Default Targets: Are you sure you want to overwrite the existing "
+                     "targets with the default set of targets?"}));
+    host.answer = true;
+    withList.connectTargetInterface(&target, false, nullptr, {});
+    host.mayEnd = false;
+    list.rename(list[0].target.get(), QStringLiteral("Renamed"));
+    EXPECT_FALSE(withList.restoreDefaultTargets());
+    EXPECT_FALSE(withList.importTargets(path("mine.xml")));
+    EXPECT_EQ(titles(list), QStringList{QStringLiteral("Renamed")});
+    host.mayEnd = true;
+    EXPECT_TRUE(withList.importTargets(path("mine.xml")));
+    EXPECT_FALSE(withList.targetIsConnected());
+    EXPECT_EQ(titles(list), QStringList{QStringLiteral("Simulator")});
+}
+
+TEST_F(TargetControlTest, TheLastTargetIsConnectedByItself)
+{
+    TargetList list(settings, path("targets.xml"));
+    list.load();
+    TargetControl withList(settings, host, &list);
+    EXPECT_FALSE(withList.targetCanAutoConnect());
+    EXPECT_EQ(withList.autoConnect(nullptr, {}), nullptr);
+    TargetInterface* const simulator = list[0].target.get();
+    withList.connectTargetInterface(simulator, false, nullptr, {});
+    EXPECT_EQ(withList.interruptSources().size(), 16u);
+    EXPECT_EQ(withList.interruptSources()[15].name, QStringLiteral("Priority 15 - 0xfffe"));
+    withList.disconnectTargetInterface();
+    EXPECT_TRUE(withList.interruptSources().empty());
+    EXPECT_TRUE(withList.targetCanAutoConnect());
+    EXPECT_EQ(withList.autoConnect(nullptr, {}), simulator);
+    EXPECT_TRUE(withList.targetIsConnected());
+    withList.disconnectTargetInterface();
+    settings.autoConnect->setValue(false);
+    EXPECT_FALSE(withList.targetCanAutoConnect());
+}
+
 TEST_F(TargetControlTest, ConnectingAndDisconnecting)
 {
     EXPECT_EQ(control.statusText(), QStringLiteral(" Disconnected "));
