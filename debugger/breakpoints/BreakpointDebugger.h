@@ -1,20 +1,11 @@
 #pragma once
 
-#include "base/Path.h"
 #include "debugger/breakpoints/DebuggerBreakpoint.h"
+#include "debugger/expressions/ExpressionContext.h"
 
 #include <QStringList>
 
 #include <set>
-
-struct Frame;
-
-/// In what scope an expression is read.
-struct ExpressionContext {
-    Frame* frame = nullptr;
-    Path file;
-    int line = -1;
-};
 
 /// What the list of breakpoints asks of the debugger.
 class BreakpointDebugger {

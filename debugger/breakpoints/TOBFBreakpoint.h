@@ -1,9 +1,11 @@
 #pragma once
 
+#include "debugger/breakpoints/BreakpointChain.h"
 #include "debugger/breakpoints/DebuggerBreakpoint.h"
 #include "target/HBreakpoint.h"
 
 #include <memory>
+#include <utility>
 
 /// A breakpoint of a monitor, which has the record from when it is set until it is removed.
 class TOBFBreakpoint final : public DebuggerBreakpoint {
@@ -16,16 +18,19 @@ public:
     };
 
     explicit TOBFBreakpoint(std::unique_ptr<HBreakpoint> breakpoint)
-        : m_breakpoint(std::move(breakpoint))
     {
+        m_chain.push_back(std::move(breakpoint));
     }
+    /// Of one term or more.
+    explicit TOBFBreakpoint(BreakpointChain chain) : m_chain(std::move(chain)) { }
 
-    int getCount() override { return m_breakpoint->count; }
+    int getCount() override { return breakpoint()->count; }
     QString getDescription() override;
     QString getAddress() override;
-    int getSize() override { return static_cast<int>(m_breakpoint->length); }
+    int getSize() override { return static_cast<int>(breakpoint()->length); }
 
-    HBreakpoint* breakpoint() const { return m_breakpoint.get(); }
+    /// The head of the chain.
+    HBreakpoint* breakpoint() const { return m_chain.back().get(); }
     bool isTemporary() const { return m_temporary; }
     void setTemporary(bool temporary) { m_temporary = temporary; }
     bool isStepping() const { return m_isStepping; }
@@ -38,7 +43,7 @@ public:
     }
 
 private:
-    std::unique_ptr<HBreakpoint> m_breakpoint;
+    BreakpointChain m_chain;
     bool m_temporary = false;
     bool m_isStepping = false;
     Stepping m_stepping{};

@@ -2,10 +2,11 @@
 // what it is asked.
 
 #include "debugger/FakeDebugger.h"
-#include "debugger/breakpoints/BreakpointExpression.h"
+#include "debugger/breakpoints/BreakpointChain.h"
 #include "debugger/breakpoints/BreakpointList.h"
 #include "debugger/breakpoints/TOBFBreakpoint.h"
 #include "objfile/TestProgram.h"
+#include "target/msp430/MSP430Monitor.h"
 
 #include <QDomDocument>
 
@@ -135,6 +136,57 @@ TEST_F(BreakpointTerms, AreTheMonitorsComparisons)
     EXPECT_TRUE(inverted.inverse);
     EXPECT_TRUE(inverted.isRegister);
     EXPECT_FALSE(inverted.valued);
+}
+
+TEST_F(BreakpointTerms, BecomeAChainForTheMonitor)
+{
+    MSP430Monitor monitor;
+    const auto chain = [&](const char* text, const BreakpointRequest& request) {
+        std::list<BreakpointExpression> found;
+        const ExpressionPtr expression = m_target->parse(text);
+        evaluateBreakpointExpression(expression.get(), found);
+        return makeBreakpointChain(found, request, monitor,
+                                   [&](unsigned address) { return m_debug->getSection(address); });
+    };
+    const auto execute = static_cast<unsigned>(monitor.getExecuteTriggerNumber());
+    const auto write = static_cast<unsigned>(monitor.getWriteTriggerNumber());
+    ASSERT_NE(execute, write);
+
+    BreakpointRequest request;
+    request.count = 4;
+    const BreakpointChain both = chain("x > 1 && x < 9", request);
+    ASSERT_EQ(both.size(), 2U);
+    EXPECT_EQ(both[0]->next, nullptr);
+    EXPECT_EQ(both[1]->next, both[0].get());
+    EXPECT_EQ(both[1]->trigger, write);
+    EXPECT_EQ(both[1]->count, 4);
+    EXPECT_EQ(both[1]->length, 2U);
+    EXPECT_EQ(both[1]->hardwareIndex, -1);
+    EXPECT_TRUE(both[1]->enabled);
+
+    const BreakpointChain code = chain("main", request);
+    EXPECT_EQ(code[0]->trigger, execute);
+    EXPECT_EQ(code[0]->length, 1U);
+    EXPECT_EQ(chain("@R7", request)[0]->trigger, write);
+    EXPECT_EQ(chain("0x8000", request)[0]->trigger, execute); // in no section
+    EXPECT_EQ(chain("0x8000", request)[0]->length, 8U);
+
+    request.hardwareIndex = QStringLiteral("2");
+    EXPECT_EQ(chain("x", request)[0]->hardwareIndex, -1); // not asked for
+    request.hardware = true;
+    EXPECT_EQ(chain("x", request)[0]->hardwareIndex, 2);
+    EXPECT_TRUE(chain("x", request)[0]->hardware);
+    for (int i = 0; i < monitor.numTriggers(); ++i) {
+        request.trigger = QString::fromLatin1(monitor.getTrigger(i));
+        EXPECT_EQ(chain("main", request)[0]->trigger, static_cast<unsigned>(i));
+    }
+    for (int i = 0; i < monitor.numActions(); ++i) {
+        request.action = QString::fromLatin1(monitor.getAction(i));
+        EXPECT_EQ(chain("main", request)[0]->action, static_cast<unsigned>(i));
+    }
+    request.action = QStringLiteral("no such action");
+    EXPECT_EQ(chain("main", request)[0]->action,
+              static_cast<unsigned>(monitor.getStopActionNumber()));
 }
 
 TEST(TOBFBreakpoint, TellsWhereItIs)
