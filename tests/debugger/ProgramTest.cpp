@@ -252,6 +252,26 @@ TEST_F(Program, ShowsItselfToBrowsers)
     EXPECT_FALSE(symbols.contains(QStringLiteral("local")));
 }
 
+TEST_F(Program, ShowsLocalsOfOptimisedCodeRightlyOrNotAtAll)
+{
+    const Case cases[] = {{"a", "3 s2"},           {"b", "80000 s4"},   {"p->x", "10 s2"},
+                          {"product", "79999 s4"}, {"ratio", "1.5 f4"}, {"p->y", "-20 s2"}};
+    int shown = 0;
+    for (const char* const optimisation : {"-O1", "-O-9", "-O+9"}) {
+        SCOPED_TRACE(optimisation);
+        ASSERT_NO_FATAL_FAILURE(build(optimisation));
+        ASSERT_NO_FATAL_FAILURE(stopAt("inner"));
+        for (const Case& it : cases) {
+            const std::string value = evaluated(target(), it.text);
+            shown += value == it.result;
+            if (value.find("symbol not found") == value.npos && value != "invalid address") {
+                EXPECT_EQ(value, it.result) << it.text;
+            }
+        }
+    }
+    EXPECT_GT(shown, 0);
+}
+
 TEST_F(Program, ShowsGlobalsOfOptimisedCode)
 {
     for (const char* const optimisation : {"-O1", "-O-9", "-O+9"}) {
