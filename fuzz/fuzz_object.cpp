@@ -1,5 +1,5 @@
 // The object reader, and all that is done with a module that came from outside: evaluating,
-// measuring, listing, marking and writing it.
+// measuring, indexing, listing, marking and writing it.
 
 #include "base/HException.h"
 #include "objfile/format/TOBFWriter.h"
@@ -8,6 +8,7 @@
 #include "objfile/model/TOBFInsn.h"
 #include "objfile/model/TOBFType.h"
 #include "objfile/msp430/TOBFMSP430Reader.h"
+#include "objfile/query/SymbolicDebug.h"
 
 #include <cstdlib>
 #include <memory>
@@ -50,6 +51,33 @@ void use(TOBFModule* module)
         symbol->markReachable(true);
 }
 
+void ask(const SymbolicDebug& debug, unsigned address)
+{
+    const SourceAddressMapping& mapping = debug.sourceAddressMapping();
+    QString file;
+    unsigned line = 0;
+    unsigned start = 0;
+    unsigned length = 0;
+    debug.GetInsn(address);
+    debug.getSection(address);
+    debug.findFunctionSymbol(static_cast<int>(address), false);
+    debug.findDataSymbol(static_cast<int>(address), true);
+    debug.findClosestSymbol(static_cast<int>(address));
+    debug.findScopedSymbol(QStringLiteral("x"), static_cast<int>(address));
+    mapping.AddressToRange(address, start, length);
+    if (mapping.AddressToSource(address, file, line))
+        mapping.SourceToAddress(file, line, start, length);
+}
+
+void useIndex(TOBFModule* module)
+{
+    const SymbolicDebug debug(module, Path());
+    for (const unsigned address : {0U, 1U, 0x1000U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU})
+        ask(debug, address);
+    for (const SymbolicDebug::Position& locus : debug.loci())
+        ask(debug, static_cast<unsigned>((*locus)->pc()));
+}
+
 std::vector<unsigned char> write(TOBFModule* module)
 {
     TOBFWriter writer;
@@ -64,6 +92,7 @@ void readAndUse(const std::uint8_t* data, std::size_t size)
     if (module == nullptr)
         return;
     use(module.get());
+    useIndex(module.get());
     write(module.get());
 }
 

@@ -96,7 +96,8 @@ TOBFType* TOBFExpressionEvaluator::getType(const BaseType* type)
     // The text tells the members' types apart only while the program's own keep their meaning.
     QString key = type->dump();
     for (const TOBFType* it : members)
-        key += u' ' + QString::number(reinterpret_cast<quintptr>(it), 16);
+        key += u' ' + QString::number(reinterpret_cast<quintptr>(it), 16) + u':'
+            + QString::number(it->size());
     return m_types.made(key, [&] {
         StructLayout layout;
         for (std::size_t i = 0; i < members.size(); ++i)

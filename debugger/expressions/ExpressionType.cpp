@@ -216,7 +216,7 @@ bool ExpressionType::equiv(const ExpressionType& other) const
     switch (m_type) {
     case Boolean: return getBoolean() == other.getBoolean();
     case SignedInteger:
-    case UnsignedInteger: return m_size == other.m_size && m_bits64 == other.m_bits64;
+    case UnsignedInteger: return m_size == other.m_size && getUInteger() == other.getUInteger();
     case String: return m_string == other.m_string;
     case Location: return m_marker->equiv(other.m_marker.get());
     case Floating: return m_bits64 == other.m_bits64 || getFloating() == other.getFloating();

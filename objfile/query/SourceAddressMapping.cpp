@@ -48,7 +48,8 @@ bool SourceAddressMapping::AddressToSource(unsigned address, QString& file, unsi
         return false;
     const TOBFLocus* locus = (**place)->locus();
     HString* name = fileOf(locus);
-    file = name != nullptr ? QString::fromStdString(name->str()) : QStringLiteral("???");
+    file = name != nullptr ? QString::fromUtf8(name->text(), static_cast<qsizetype>(name->length()))
+                           : QStringLiteral("???");
     line = static_cast<unsigned>(locus->line());
     return true;
 }

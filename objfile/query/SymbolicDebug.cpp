@@ -8,9 +8,9 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <limits>
 #include <optional>
-#include <tuple>
 
 namespace {
 
@@ -112,6 +112,7 @@ void SymbolicDebug::indexItems()
     std::stable_sort(m_insns.begin(), m_insns.end(), [](const Position& a, const Position& b) {
         return addressOf(a) < addressOf(b);
     });
+    std::transform(m_insns.begin(), m_insns.end(), std::back_inserter(m_addresses), addressOf);
     std::stable_sort(m_loci.begin(), m_loci.end(), [](const Position& a, const Position& b) {
         const LineKey left = keyOf(*a);
         const LineKey right = keyOf(*b);
@@ -161,22 +162,20 @@ void SymbolicDebug::indexScopes()
 
 TOBFInsn* SymbolicDebug::GetInsn(unsigned address) const
 {
-    const auto it = std::lower_bound(
-        m_insns.begin(), m_insns.end(), address,
-        [](const Position& place, unsigned value) { return addressOf(place) < value; });
-    return it != m_insns.end() && addressOf(*it) == address ? **it : nullptr;
+    const auto it = std::lower_bound(m_addresses.begin(), m_addresses.end(), address);
+    if (it == m_addresses.end() || *it != address)
+        return nullptr;
+    return *m_insns[static_cast<std::size_t>(it - m_addresses.begin())];
 }
 
 const SymbolicDebug::Position* SymbolicDebug::findItem(unsigned address) const
 {
-    const auto it = std::upper_bound(
-        m_insns.begin(), m_insns.end(), address,
-        [](unsigned value, const Position& place) { return value < addressOf(place); });
-    if (it == m_insns.begin() || (**std::prev(it))->pc() < 0)
+    const auto behind = std::upper_bound(m_addresses.begin(), m_addresses.end(), address);
+    if (behind == m_addresses.begin())
         return nullptr;
-    const Position& place = *std::prev(it);
+    const Position& place = m_insns[static_cast<std::size_t>(behind - m_addresses.begin()) - 1];
     const auto length = static_cast<unsigned>((*place)->length());
-    return address - addressOf(place) < length ? &place : nullptr;
+    return (*place)->pc() >= 0 && address - addressOf(place) < length ? &place : nullptr;
 }
 
 TOBFSection* SymbolicDebug::getSection(unsigned address) const

@@ -102,6 +102,7 @@ private:
 
     TOBFModule* m_module;
     Positions m_insns;
+    std::vector<unsigned> m_addresses; ///< of the items, to search without touching them
     Positions m_loci;
     Path m_path;
     Values m_symbols;

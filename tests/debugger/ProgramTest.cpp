@@ -6,6 +6,7 @@
 #include "objfile/model/TOBFExpr.h"
 #include "objfile/model/TOBFInsn.h"
 #include "objfile/model/TOBFModule.h"
+#include "objfile/query/TOBFObjectFileInterface.h"
 #include "target/msp430/MSP430InstructionSetSimulator.h"
 
 #include "TestFolder.h"
@@ -78,6 +79,7 @@ protected:
         run(bin + "kcc -g " + optimisation + " " + m_source + " -o " + (m_folder / "a.kvo"));
         run(bin + "kld -g " + (m_folder / "a.kvo")
             + " -TCODE,CONST=1100-ffe0 -TIDATA0,UDATA0=200-800 -TINTVEC=ffe0-fffd -TRESET=fffe-ffff"
+              " -D___RAM_Address=512 -D___RAM_Size=1536"
               " -o "
             + (m_folder / "a.kvx"));
         m_debug = TOBFfiles::getSymbolicDebug(Path(m_folder / "a.kvx"));
@@ -142,6 +144,7 @@ protected:
                {"first.length = 100", "100 u2"}});
     }
 
+    QString source() const { return QString::fromStdString(m_source); }
     FakeDebugger& target() { return *m_target; }
     SymbolicDebug& debug() { return *m_debug; }
 
@@ -216,6 +219,57 @@ TEST_F(Program, ShowsLocalsOfTheBlockThatItStandsIn)
     ASSERT_NO_FATAL_FAILURE(stopAt("end"));
     // 20 + (int)79999, as the changed variable makes it.
     check({{"sink", "14483 s2"}, {"local", "local symbol not found"}});
+}
+
+TEST_F(Program, ShowsItselfToBrowsers)
+{
+    ASSERT_NO_FATAL_FAILURE(build("-O0"));
+    TOBFObjectFileInterface file(debug().path());
+    std::vector<SegmentInformation> segments;
+    file.getSegments(segments);
+    ASSERT_EQ(segments.size(), 1U);
+    EXPECT_EQ(segments[0].name, u"RAM");
+    EXPECT_EQ(segments[0].size, 1536U);
+    EXPECT_EQ(segments[0].used, file.dataSize());
+    EXPECT_GT(file.codeSize(), 0U);
+
+    std::map<QString, SymbolInformation> symbols;
+    file.iterateSymbols();
+    while (const SymbolInformation* it = file.nextSymbol())
+        symbols.emplace(it->symbolName(), *it);
+    const SymbolInformation& sum = symbols.at(QStringLiteral("sum"));
+    EXPECT_EQ(sum.itemType(), SymbolInformation::Function);
+    EXPECT_GT(sum.size(), 0U);
+    EXPECT_EQ(debug().findFunctionSymbol(static_cast<int>(sum.end()), false),
+              debug().findGlobalSymbol(QStringLiteral("sum")));
+    const SymbolInformation& points = symbols.at(QStringLiteral("points"));
+    EXPECT_EQ(points.itemType(), SymbolInformation::Object);
+    EXPECT_EQ(points.size(), 12U);
+    EXPECT_EQ(points.sectionString(), u"UDATA0");
+    EXPECT_EQ(points.fileNameString(), source());
+    EXPECT_FALSE(symbols.at(QStringLiteral("counter")).access()); // static
+    EXPECT_TRUE(points.access());
+    EXPECT_FALSE(symbols.contains(QStringLiteral("local")));
+}
+
+TEST_F(Program, ShowsLocalsOfOptimisedCodeRightlyOrNotAtAll)
+{
+    const Case cases[] = {{"a", "3 s2"},           {"b", "80000 s4"},   {"p->x", "10 s2"},
+                          {"product", "79999 s4"}, {"ratio", "1.5 f4"}, {"p->y", "-20 s2"}};
+    int shown = 0;
+    for (const char* const optimisation : {"-O1", "-O-9", "-O+9"}) {
+        SCOPED_TRACE(optimisation);
+        ASSERT_NO_FATAL_FAILURE(build(optimisation));
+        ASSERT_NO_FATAL_FAILURE(stopAt("inner"));
+        for (const Case& it : cases) {
+            const std::string value = evaluated(target(), it.text);
+            shown += value == it.result;
+            if (value.find("symbol not found") == value.npos && value != "invalid address") {
+                EXPECT_EQ(value, it.result) << it.text;
+            }
+        }
+    }
+    EXPECT_GT(shown, 0);
 }
 
 TEST_F(Program, ShowsGlobalsOfOptimisedCode)
