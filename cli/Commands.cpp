@@ -30,7 +30,7 @@ std::span<const Command> commands()
          "[--registers] [--stats] "
          "[-- ARG...]",
          runCommand},
-        {"script", "[FILE] [-- ARG...]", scriptCommand},
+        {"script", "[FILE] [--program PROGRAM [--device NAME]] [-- ARG...]", scriptCommand},
     };
     return all;
 }

@@ -2,34 +2,19 @@
 
 #include "base/HException.h"
 #include "cli/Command.h"
-#include "cli/InterruptSignal.h"
+#include "cli/InterruptFlag.h"
+#include "cli/LineEditor.h"
 #include "script/forth/FSConsole.h"
 #include "script/forth/ForthInterpreter.h"
 
-#include <QCoreApplication>
 #include <QFile>
 
 #include <cstdio>
 #include <functional>
-#include <iostream>
-#include <optional>
 
 #include <unistd.h>
 
 namespace {
-
-/// Shows a prompt and reads a line; nothing at the end of the input.
-using LineReader = std::function<std::optional<QString>(const QString& prompt)>;
-
-std::optional<QString> readPlainLine(const QString& prompt)
-{
-    std::printf("%s", qPrintable(prompt));
-    std::fflush(stdout);
-    std::string line;
-    if (!std::getline(std::cin, line))
-        return std::nullopt;
-    return QString::fromUtf8(line);
-}
 
 /// The console on standard output. Its words can be interrupted by signals.
 class TerminalConsole : public FSConsole {
@@ -40,21 +25,24 @@ public:
     struct Left { };
 
     /// From the banner to BYE or the end of the input.
-    void converse(const LineReader& readLine)
+    void converse()
     {
         output(QString::fromLatin1(Banner));
         startPrompt();
-        while (const std::optional<QString> line = readLine(m_prompt)) {
-            const InterruptSignal interrupt = watchSignals();
-            process(*line);
+        LineEditor editor(QStringLiteral("forth_history"));
+        for (;;) {
+            QString line;
+            const LineEditor::Input input = editor.readLine(m_prompt, line);
+            if (input == LineEditor::Input::End)
+                return;
+            if (input == LineEditor::Input::Line)
+                process(line);
         }
-        output(QStringLiteral("\n"));
     }
 
     /// Runs a whole text; the fault's message on standard error. The exit status.
     int interpret(const std::function<void()>& action)
     {
-        const InterruptSignal interrupt = watchSignals();
         try {
             action();
             return 0;
@@ -70,11 +58,7 @@ public:
         std::fwrite(bytes.data(), 1, static_cast<std::size_t>(bytes.size()), stdout);
         std::fflush(stdout);
     }
-    bool carryOnExecuting() override
-    {
-        QCoreApplication::processEvents();
-        return !m_interrupted;
-    }
+    bool carryOnExecuting() override { return !InterruptFlag::isSet(); }
 
 protected:
     void showInput(const QString&) override { } // the terminal has shown it
@@ -86,14 +70,8 @@ private:
         void execute(ScriptEngine*) override { throw Left(); }
     };
 
-    InterruptSignal watchSignals()
-    {
-        m_interrupted = false;
-        return InterruptSignal([this] { m_interrupted = true; });
-    }
-
+    const InterruptFlag m_interrupts;
     QString m_prompt;
-    bool m_interrupted = false;
 };
 
 std::shared_ptr<InputSource> standardInput()
@@ -107,8 +85,8 @@ std::shared_ptr<InputSource> standardInput()
 
 int runConsole(TerminalConsole& console, std::span<const std::string> files)
 {
-    if (files.empty() && isatty(STDIN_FILENO)) {
-        console.converse(readPlainLine);
+    if (files.empty() && LineEditor::isTerminal()) {
+        console.converse();
         return 0;
     }
     if (files.empty())

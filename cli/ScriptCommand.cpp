@@ -3,6 +3,7 @@
 #include "base/HException.h"
 #include "base/QTx.h"
 #include "cli/Command.h"
+#include "cli/DebuggedProgram.h"
 #include "cli/InterruptFlag.h"
 #include "cli/LineEditor.h"
 #include "script/host/BuiltinScript.h"
@@ -21,6 +22,8 @@ namespace {
 struct ScriptOptions {
     std::optional<QString> file; ///< standard input if there is none
     QStringList arguments;
+    std::string program; ///< that `Debug` drives; empty for none
+    std::string device = "generic";
 };
 
 QString toText(const std::string& word) { return QString::fromLocal8Bit(word.c_str()); }
@@ -34,6 +37,12 @@ ScriptOptions parseOptions(std::span<const std::string> words)
             for (const std::string& argument : words.subspan(i + 1))
                 options.arguments << toText(argument);
             break;
+        }
+        if (word == "--program" || word == "--device") {
+            if (i + 1 == words.size())
+                throw UsageError{"option " + word + " needs a value"};
+            (word == "--program" ? options.program : options.device) = words[++i];
+            continue;
         }
         if (word.starts_with("-") && word != "-")
             throw UsageError{"unknown option " + word};
@@ -72,11 +81,6 @@ void print(std::FILE* out, const QString& text)
     std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), out);
 }
 
-class EchoToOutput : public BuiltinScript {
-public:
-    void echo(const QString& text) override { print(stdout, text + u'\n'); }
-};
-
 /// Where messages of a script belong: the name of its file in front.
 void report(const QString& path, const QString& message)
 {
@@ -99,7 +103,12 @@ public:
 /// The objects that scripts of the command line have.
 class ScriptObjects {
 public:
-    explicit ScriptObjects(const ScriptOptions& options) : m_options(options) { }
+    explicit ScriptObjects(const ScriptOptions& options) : m_options(options)
+    {
+        if (!options.program.empty())
+            m_program = std::make_unique<DebuggedProgram>(options.program, options.device,
+                                                          [] { return !InterruptFlag::isSet(); });
+    }
 
     std::unique_ptr<CommandLineContext> makeContext()
     {
@@ -109,13 +118,16 @@ public:
             context->addToLoadPath(QFileInfo(*m_options.file).path());
         m_script.install(context.get(), m_options.arguments);
         m_bench.install(context.get());
+        if (m_program)
+            m_program->install(context.get());
         return context;
     }
 
 private:
     const ScriptOptions& m_options;
-    EchoToOutput m_script;
+    BuiltinScript m_script{[](const QString& text) { print(stdout, text + u'\n'); }};
     BenchScript m_bench;
+    std::unique_ptr<DebuggedProgram> m_program;
 };
 
 int runScript(const ScriptOptions& options)

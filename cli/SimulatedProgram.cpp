@@ -3,6 +3,7 @@
 #include "base/HException.h"
 #include "base/HString.h"
 #include "cli/Command.h"
+#include "cli/DeviceSelection.h"
 #include "objfile/loadfiles/LoadFileFactory.h"
 #include "objfile/loadfiles/TOBFLoadFile.h"
 #include "objfile/model/TOBFExpr.h"
@@ -82,14 +83,7 @@ SimulatedProgram::~SimulatedProgram()
 
 void SimulatedProgram::connect()
 {
-    const MSP430DevicesPointer devices = MSP430DeviceLibrary::allocate();
-    const int index = devices->find(m_options.device.c_str());
-    if (index < 0)
-        throw UsageError{"unknown device " + m_options.device};
-    devices->select(index);
-    m_monitor.setIdentifyString(devices->selectedName());
-    m_monitor.setHardwareMultiplier(devices->multiplierBits() == 32 ? "32-Bit Multiplier"
-                                                                    : "16-Bit Multiplier");
+    selectDevice(m_monitor, m_options.device);
     m_monitor.setTerminal(&m_terminal);
     if (!m_options.peripherals.empty()) {
         if (!QFileInfo(QString::fromStdString(m_options.peripherals)).isReadable())

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "script/host/BuiltinScript.h"
 #include "target/SimulatedPeripherals.h"
-#include "target/script/BuiltinScript.h"
 
 #include <memory>
 

@@ -157,7 +157,7 @@ void BreakpointList::enable(Item* item, BreakpointState state)
         try {
             item->m_breakpoint = place(*item);
         } catch (const DebuggerBreakpointFailure& failure) {
-            item->m_info = failure.message();
+            item->m_info = failure.text();
         }
     }
     item->m_state =

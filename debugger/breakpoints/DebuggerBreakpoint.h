@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QString>
+#include "target/TargetExceptions.h"
 
-#include <exception>
+#include <QString>
 
 /// What a line of source or a breakpoint of the list shows.
 enum class BreakpointState {
@@ -31,20 +31,4 @@ public:
 
 private:
     bool m_visible = true;
-};
-
-/// Why a breakpoint can't be placed.
-class DebuggerBreakpointFailure : public std::exception {
-public:
-    explicit DebuggerBreakpointFailure(const char* message)
-        : m_message(QString::fromLatin1(message))
-    {
-    }
-    explicit DebuggerBreakpointFailure(const QString& message) : m_message(message) { }
-
-    const QString& message() const { return m_message; }
-    const char* what() const noexcept override { return "breakpoint failure"; }
-
-private:
-    QString m_message;
 };

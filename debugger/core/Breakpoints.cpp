@@ -1,6 +1,6 @@
 // Setting and finding breakpoints.
 
-#include "debugger/core/BreakpointExpression.h"
+#include "debugger/breakpoints/BreakpointExpression.h"
 #include "debugger/core/TOBFDebugger.h"
 #include "debugger/expressions/ParserException.h"
 #include "objfile/model/TOBFExpr.h"
@@ -12,37 +12,6 @@
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-struct Comparison {
-    std::uint32_t number;
-    bool valued;
-};
-
-/// Of the monitor, by the kind of a term. Greater and less are those that a target may refuse.
-Comparison comparisonOf(int kind)
-{
-    using Term = BreakpointExpression;
-    constexpr std::uint32_t LessThan = 4;
-    constexpr std::uint32_t GreaterThan = 5;
-    switch (kind) {
-    case Term::Equal: return {HBreakpoint::Equal, true};
-    case Term::NotEqual: return {HBreakpoint::NotEqual, true};
-    case Term::GreaterOrEqual: return {HBreakpoint::GreaterOrEqual, true};
-    case Term::LessOrEqual: return {HBreakpoint::LessOrEqual, true};
-    case Term::GreaterThan: return {GreaterThan, true};
-    case Term::LessThan: return {LessThan, true};
-    default: return {HBreakpoint::Equal, false};
-    }
-}
-
-int hardwareIndexOf(bool hardware, const QString& text)
-{
-    return hardware && !text.isEmpty() ? text.toInt() : -1;
-}
-
-} // namespace
 
 QStringList TOBFDebugger::getBreakTriggers()
 {
@@ -68,17 +37,11 @@ QStringList TOBFDebugger::getHardwareBreakPoints()
     return names;
 }
 
-int TOBFDebugger::actionNumber(const QString& name)
+TOBFBreakpoint* TOBFDebugger::place(BreakpointChain chain, bool temporary, Breakpoints& list)
 {
-    const auto number = name.isEmpty() ? -1 : int(getBreakActions().indexOf(name));
-    return number < 0 ? m_monitor->getStopActionNumber() : number;
-}
-
-TOBFBreakpoint* TOBFDebugger::place(std::vector<std::unique_ptr<HBreakpoint>> chain, bool temporary,
-                                    Breakpoints& list)
-{
-    auto breakpoint = std::make_unique<TOBFBreakpoint>(std::move(chain), temporary);
-    if (!m_monitor->setBreakpoint(&breakpoint->head()))
+    auto breakpoint = std::make_unique<TOBFBreakpoint>(std::move(chain));
+    breakpoint->setTemporary(temporary);
+    if (!m_monitor->setBreakpoint(breakpoint->breakpoint()))
         return nullptr;
     list.insert(list.begin(), std::move(breakpoint));
     return list.front().get();
@@ -92,21 +55,23 @@ TOBFBreakpoint* TOBFDebugger::setBreakpoint(unsigned address, bool temporary, bo
     record->hardware = hardware;
     record->hardwareIndex = hardwareIndex;
     record->count = count;
-    record->action = static_cast<std::uint32_t>(actionNumber(action));
-    std::vector<std::unique_ptr<HBreakpoint>> chain;
+    const auto named = action.isEmpty() ? -1 : int(getBreakActions().indexOf(action));
+    record->action =
+        static_cast<std::uint32_t>(named < 0 ? m_monitor->getStopActionNumber() : named);
+    BreakpointChain chain;
     chain.push_back(std::move(record));
     return place(std::move(chain), temporary, m_breakpoints);
 }
 
-DebuggerBreakpoint* TOBFDebugger::setBreakpoint(const QString&, const Path& file, int line,
+DebuggerBreakpoint* TOBFDebugger::setBreakpoint(const QString& name, const Path& file, int line,
                                                 int count, bool hardware, bool temporary,
                                                 const QString& action, const QString& hardwareIndex)
 {
-    const unsigned address = getLineAddress(QString(), file, line);
+    const unsigned address = getLineAddress(name, file, line);
     if (address == None)
-        throw DebuggerBreakpointFailure(u"No code for breakpoint"_s);
+        throw DebuggerBreakpointFailure("No code for breakpoint");
     return setBreakpoint(address, temporary, hardware, count,
-                         hardwareIndexOf(hardware, hardwareIndex), action);
+                         ::hardwareIndex({count, hardware, hardwareIndex, {}, action}), action);
 }
 
 DebuggerBreakpoint* TOBFDebugger::setBreakpoint(const ExpressionContext& context,
@@ -116,66 +81,30 @@ DebuggerBreakpoint* TOBFDebugger::setBreakpoint(const ExpressionContext& context
 {
     clearLastSymbol();
     initExpressionParser(context);
-    std::vector<BreakpointExpression> terms;
+    std::list<BreakpointExpression> terms;
     try {
         const ExpressionPtr tree = parse(expression.toUtf8().constData());
         if (!tree)
-            throw DebuggerBreakpointFailure(u"Invalid expression"_s);
-        terms = evaluateBreakpointExpression(tree);
+            throw DebuggerBreakpointFailure("Invalid expression");
+        evaluateBreakpointExpression(tree.get(), terms);
     } catch (const ParserException& exception) {
         throw DebuggerBreakpointFailure(exception.getCause());
     }
-    std::vector<std::unique_ptr<HBreakpoint>> chain;
-    for (const BreakpointExpression& term : terms) {
-        auto record = std::make_unique<HBreakpoint>();
-        record->address = term.address;
-        record->isRegister = term.isRegister;
-        record->length = term.length;
-        record->action = static_cast<std::uint32_t>(actionNumber(action));
-        record->inverse = term.kind == BreakpointExpression::InvertedRange;
-        const Comparison comparison = comparisonOf(term.kind);
-        record->valued = comparison.valued;
-        record->comparison = comparison.number;
-        record->value = term.value;
-        record->mask = term.mask;
-        record->count = count;
-        record->hardware = hardware;
-        record->hardwareIndex = hardwareIndexOf(hardware, hardwareIndex);
-        chooseTrigger(*record, trigger);
-        chain.push_back(std::move(record));
-    }
+    BreakpointChain chain =
+        makeBreakpointChain(terms, {count, hardware, hardwareIndex, trigger, action}, *m_monitor,
+                            [this](unsigned address) { return sectionOf(address); });
     const auto execute = static_cast<std::uint32_t>(m_monitor->getExecuteTriggerNumber());
     Breakpoints& list = chain.back()->trigger == execute ? m_breakpoints : m_expressionBreakpoints;
     return place(std::move(chain), temporary, list);
 }
 
-/// A trigger that isn't named is that of a write for data and of an arrival for code.
-void TOBFDebugger::chooseTrigger(HBreakpoint& record, const QString& name)
+/// That of the last symbol which an expression has named; without one, that of the address.
+TOBFSection* TOBFDebugger::sectionOf(unsigned address)
 {
-    const auto execute = static_cast<std::uint32_t>(m_monitor->getExecuteTriggerNumber());
-    const auto write = static_cast<std::uint32_t>(m_monitor->getWriteTriggerNumber());
-    const qsizetype named = name.isEmpty() ? -1 : getBreakTriggers().indexOf(name);
-    if (named >= 0) {
-        record.trigger = static_cast<std::uint32_t>(named);
-        return;
-    }
-    record.trigger = record.isRegister ? write : execute;
-    if (record.isRegister)
-        return;
-    const TOBFSection* section = nullptr;
     if (const TOBFSymbol* const symbol = lastSymbol(); symbol && symbol->definition())
-        section = symbol->definition()->evaluate().section;
-    else if (SymbolicDebug* const debug = symbols(record.address))
-        section = debug->getSection(record.address);
-    if (!section)
-        return;
-    constexpr unsigned LastCodeKind = 1;
-    constexpr unsigned LastDataKind = 4;
-    const unsigned kind = section->flags() & 0xF;
-    if (kind <= LastCodeKind)
-        record.length = 1;
-    else if (kind <= LastDataKind)
-        record.trigger = write;
+        return symbol->definition()->evaluate().section;
+    SymbolicDebug* const debug = symbols(address);
+    return debug ? debug->getSection(address) : nullptr;
 }
 
 TOBFDebugger::Breakpoints::iterator
@@ -189,7 +118,7 @@ TOBFBreakpoint* TOBFDebugger::findBreakpoint(const HBreakpoint* record)
 {
     for (Breakpoints* const list : {&m_breakpoints, &m_expressionBreakpoints})
         for (const auto& breakpoint : *list)
-            if (&breakpoint->head() == record)
+            if (breakpoint->breakpoint() == record)
                 return breakpoint.get();
     return nullptr;
 }
@@ -200,7 +129,7 @@ void TOBFDebugger::clearBreakpoint(DebuggerBreakpoint* breakpoint)
         const auto found = findBreakpoint(*list, breakpoint);
         if (found == list->end())
             continue;
-        m_monitor->removeBreakpoint(&(*found)->head());
+        m_monitor->removeBreakpoint((*found)->breakpoint());
         list->erase(found);
         return;
     }
@@ -214,7 +143,7 @@ bool TOBFDebugger::canBreakAt(const QString& name, const Path& file, int line,
     if (address == None)
         return false;
     for (const auto& breakpoint : m_breakpoints) {
-        const HBreakpoint& head = breakpoint->head();
+        const HBreakpoint& head = *breakpoint->breakpoint();
         if (head.address == address && !head.isRegister && !head.next && !head.enabledBy)
             existing = breakpoint.get();
     }
@@ -224,9 +153,9 @@ bool TOBFDebugger::canBreakAt(const QString& name, const Path& file, int line,
 void TOBFDebugger::chainFrom(DebuggerBreakpoint* breakpoint, DebuggerBreakpoint* from)
 {
     if (!m_monitor->canChain())
-        throw DebuggerBreakpointFailure(u"Chaining not supported"_s);
-    HBreakpoint& head = static_cast<TOBFBreakpoint*>(breakpoint)->head();
-    head.enabledBy = from ? &static_cast<TOBFBreakpoint*>(from)->head() : nullptr;
+        throw DebuggerBreakpointFailure("Chaining not supported");
+    HBreakpoint& head = *static_cast<TOBFBreakpoint*>(breakpoint)->breakpoint();
+    head.enabledBy = from ? static_cast<TOBFBreakpoint*>(from)->breakpoint() : nullptr;
     head.enabled = !from;
 }
 

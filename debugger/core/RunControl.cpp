@@ -68,7 +68,7 @@ void TOBFDebugger::step(bool instruction, bool over)
     }
     const unsigned target = nextInstruction(registers, over, start, length);
     if (TOBFBreakpoint* const breakpoint = setBreakpoint(target, true, true, 0, -1, QString()))
-        breakpoint->setStep({over, start, length});
+        breakpoint->setStepping({start, length, over});
     go();
 }
 
@@ -108,8 +108,8 @@ void TOBFDebugger::handleBreakpoint()
     if (breakpoint && !m_stopped) {
         if (breakpoint->isStepping() && moveStep(*breakpoint))
             return;
-        if (breakpoint->head().count > 0) {
-            --breakpoint->head().count;
+        if (breakpoint->breakpoint()->count > 0) {
+            --breakpoint->breakpoint()->count;
             go();
             return;
         }
@@ -123,13 +123,14 @@ void TOBFDebugger::handleBreakpoint()
 bool TOBFDebugger::moveStep(TOBFBreakpoint& breakpoint)
 {
     TargetRegisterInterface* const registers = m_monitor->registers();
-    const TOBFBreakpoint::Step step = breakpoint.step();
+    const TOBFBreakpoint::Stepping step = breakpoint.stepping();
     const unsigned pc = registers->getPC();
     if (pc < step.start || pc - step.start >= step.length)
         return false;
-    m_monitor->removeBreakpoint(&breakpoint.head());
-    breakpoint.head().address = nextInstruction(registers, step.over, step.start, step.length);
-    m_monitor->setBreakpoint(&breakpoint.head());
+    m_monitor->removeBreakpoint(breakpoint.breakpoint());
+    breakpoint.breakpoint()->address =
+        nextInstruction(registers, step.over, step.start, step.length);
+    m_monitor->setBreakpoint(breakpoint.breakpoint());
     go();
     return true;
 }
@@ -139,7 +140,7 @@ void TOBFDebugger::removeTempBreakpoints()
     for (Breakpoints* const list : {&m_breakpoints, &m_expressionBreakpoints})
         std::erase_if(*list, [&](const std::unique_ptr<TOBFBreakpoint>& breakpoint) {
             if (breakpoint->isTemporary())
-                m_monitor->removeBreakpoint(&breakpoint->head());
+                m_monitor->removeBreakpoint(breakpoint->breakpoint());
             return breakpoint->isTemporary();
         });
 }

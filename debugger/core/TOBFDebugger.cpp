@@ -34,7 +34,7 @@ void TOBFDebugger::clear()
     for (Breakpoints* const list : {&m_breakpoints, &m_expressionBreakpoints}) {
         if (m_monitor)
             for (const auto& breakpoint : *list)
-                m_monitor->removeBreakpoint(&breakpoint->head());
+                m_monitor->removeBreakpoint(breakpoint->breakpoint());
         list->clear();
     }
     m_frames.clear();

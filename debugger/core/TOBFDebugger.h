@@ -1,6 +1,6 @@
 #pragma once
 
-#include "debugger/core/TOBFBreakpoint.h"
+#include "debugger/breakpoints/TOBFBreakpoint.h"
 #include "debugger/disassembly/DisassemblyInfo.h"
 #include "debugger/expressions/TOBFExpressionEvaluator.h"
 #include "debugger/interface/SymbolicDebuggerInterface.h"
@@ -15,6 +15,7 @@ class SymbolicDebug;
 class TargetMemoryInterface;
 class TargetRegisterInterface;
 class TOBFInsn;
+class TOBFSection;
 
 /// The debugger for programs of the native object format, but for what depends on the processor.
 class TOBFDebugger : public SymbolicDebuggerInterface,
@@ -209,11 +210,8 @@ private:
     bool handleDebugIO(unsigned& operation);
     TOBFBreakpoint* findBreakpoint(const HBreakpoint* record);
     Breakpoints::iterator findBreakpoint(Breakpoints& list, const DebuggerBreakpoint* breakpoint);
-    TOBFBreakpoint* place(std::vector<std::unique_ptr<HBreakpoint>> chain, bool temporary,
-                          Breakpoints& list);
-    int actionNumber(const QString& name);
-    int triggerNumber(const QString& name);
-    void chooseTrigger(HBreakpoint& record, const QString& name);
+    TOBFBreakpoint* place(BreakpointChain chain, bool temporary, Breakpoints& list);
+    TOBFSection* sectionOf(unsigned address);
     TOBFSymbol* localSymbol(const char* name, unsigned pc);
     QString sourceFileOf(unsigned pc);
     void memoryRead(TargetMemoryInterface* memory, unsigned address, unsigned size,

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "debugger/breakpoints/BreakpointDebugger.h"
+#include "debugger/expressions/ExpressionContext.h"
 #include "debugger/expressions/ExpressionType.h"
-#include "debugger/interface/DebuggerBreakpoint.h"
 #include "debugger/interface/DebuggerHelperFunctions.h"
-#include "debugger/interface/ExpressionContext.h"
 #include "debugger/interface/Frame.h"
 #include "debugger/interface/MemoryDump.h"
 #include "debugger/interface/VariableListBuilder.h"
@@ -23,13 +23,12 @@ class TargetIOServer;
 /// runs. Addresses are byte addresses, lines of source files and of disassembly count from 1. A
 /// failure of the target is an HException, one of an expression a ParserException, a breakpoint
 /// that can't be set a DebuggerBreakpointFailure.
-class SymbolicDebuggerInterface {
+class SymbolicDebuggerInterface : public BreakpointDebugger {
 public:
     using BreakpointSet = std::set<DebuggerBreakpoint*>;
     static constexpr unsigned None = 0xFFFFFFFF;
 
     explicit SymbolicDebuggerInterface(DebuggerHelperFunctions* helper) : m_helper(helper) { }
-    virtual ~SymbolicDebuggerInterface() = default;
     SymbolicDebuggerInterface(const SymbolicDebuggerInterface&) = delete;
     SymbolicDebuggerInterface& operator=(const SymbolicDebuggerInterface&) = delete;
 
@@ -75,30 +74,17 @@ public:
     /// Ends a session: forgets breakpoints, frames, executables and the target.
     virtual void clear() = 0;
 
-    // Breakpoints.
+    // Breakpoints; see BreakpointDebugger.
+    using BreakpointDebugger::setBreakpoint;
     virtual QStringList getBreakTriggers() { return {}; }
     virtual QStringList getBreakActions() { return {}; }
     virtual QStringList getHardwareBreakPoints() { return {}; }
-    /// At a line. Null if the target refuses it. Empty texts mean the defaults.
-    virtual DebuggerBreakpoint* setBreakpoint(const QString& name, const Path& file, int line,
-                                              int count, bool hardware, bool temporary,
-                                              const QString& action,
-                                              const QString& hardwareIndex) = 0;
-    /// At what an expression names.
-    virtual DebuggerBreakpoint* setBreakpoint(const ExpressionContext& context,
-                                              const QString& expression, const QString& trigger,
-                                              int count, bool hardware, bool temporary,
-                                              const QString& action,
-                                              const QString& hardwareIndex) = 0;
-    /// One that isn't known does nothing.
-    virtual void clearBreakpoint(DebuggerBreakpoint* breakpoint) = 0;
     /// True if the line has code; `existing` is then a breakpoint at its address, or null.
     virtual bool canBreakAt(const QString& name, const Path& file, int line,
                             DebuggerBreakpoint*& existing) = 0;
     /// Arms a breakpoint by the arrival at another, or for good with null.
     virtual void chainFrom(DebuggerBreakpoint* breakpoint, DebuggerBreakpoint* from) = 0;
-    virtual BreakpointSet lastMatchedBreakpoints() = 0;
-    virtual QString lastMatchedException() { return {}; }
+    QString lastMatchedException() override { return {}; }
 
     virtual int getAddressSizeInBytes() = 0;
     virtual int getWordSizeInBytes() { return getAddressSizeInBytes(); }
@@ -179,10 +165,10 @@ public:
     virtual void loadSymbols(const Path& executable, unsigned offset) = 0;
     virtual void unloadSymbols(const Path& executable) = 0;
 
-    virtual QStringList getExceptionClasses() { return {}; }
-    virtual QStringList getExceptionTypes(unsigned /*exceptionClass*/) { return {}; }
-    virtual bool targetHasExceptionClass(unsigned /*exceptionClass*/) { return false; }
-    virtual void setExceptionEnabled(const QString& /*name*/, bool /*enabled*/) { }
+    QStringList getExceptionClasses() override { return {}; }
+    QStringList getExceptionTypes(unsigned) override { return {}; }
+    bool targetHasExceptionClass(unsigned) override { return false; }
+    void setExceptionEnabled(const QString&, bool) override { }
 
     /// The stack is walked from the target's registers, from saved ones, or from an address.
     virtual void locate() = 0;

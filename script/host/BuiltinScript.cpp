@@ -52,7 +52,11 @@ ESObject* installObject(ESContext* context, const char* name, ESNativeClass* obj
 
 } // namespace
 
-BuiltinScript::BuiltinScript() : ESNativeClass("Script", ScriptFunctions) { }
+BuiltinScript::BuiltinScript(Echo echo)
+    : ESNativeClass("Script", ScriptFunctions),
+      m_echo(std::move(echo))
+{
+}
 
 void BuiltinScript::install(ESContext* context, const QStringList& arguments)
 {

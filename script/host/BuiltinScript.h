@@ -4,6 +4,8 @@
 
 #include <QStringList>
 
+#include <functional>
+
 /// A script that ends by its own wish, with a text as its failure. Scripts can't catch it.
 class ScriptFailure {
 public:
@@ -18,12 +20,16 @@ private:
 /// Must outlive the contexts that it is installed in.
 class BuiltinScript : public ESNativeClass {
 public:
-    BuiltinScript();
+    /// Takes a text of the script, without a line end.
+    using Echo = std::function<void(const QString& text)>;
+
+    explicit BuiltinScript(Echo echo);
 
     void install(ESContext* context, const QStringList& arguments = {});
+    void echo(const QString& text) const { m_echo(text); }
 
-    /// A text of the script, without a line end.
-    virtual void echo(const QString& text) = 0;
+private:
+    Echo m_echo;
 };
 
 /// The global object `Bench`: waiting, and ending the script. Must outlive its contexts.

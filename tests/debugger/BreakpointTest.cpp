@@ -51,7 +51,7 @@ protected:
             const ExpressionPtr expression = m_target->parse(text.c_str());
             evaluateBreakpointExpression(expression.get(), found);
         } catch (const DebuggerBreakpointFailure& failure) {
-            return failure.message().toStdString();
+            return failure.text().toStdString();
         } catch (const ParserException& failure) {
             return failure.getCause().toStdString();
         }

@@ -61,12 +61,6 @@ std::vector<ScriptCase> casesOf(const std::string& file)
     return cases;
 }
 
-class EchoToText : public BuiltinScript {
-public:
-    void echo(const QString& line) override { text += line + u'\n'; }
-    QString text;
-};
-
 std::string nameOf(const testing::TestParamInfo<std::string>& info)
 {
     std::string name = info.param.substr(0, info.param.rfind('.'));
@@ -93,13 +87,14 @@ using ScriptPrograms = testing::TestWithParam<std::string>;
 
 TEST_P(ScriptPrograms, EchoTheirOutput)
 {
-    EchoToText echo;
+    QString echoed;
+    BuiltinScript script([&](const QString& line) { echoed += line + u'\n'; });
     ESContext context;
-    echo.install(&context);
+    script.install(&context);
     const ESCompletion completion =
         context.eval(QString::fromStdString(contentsOf(Cases / GetParam())));
     ASSERT_EQ(completion.kind, ESCompletion::Normal) << context.messageOf(completion).toStdString();
-    EXPECT_EQ(echo.text.toStdString(), contentsOf((Cases / GetParam()).replace_extension(".out")));
+    EXPECT_EQ(echoed.toStdString(), contentsOf((Cases / GetParam()).replace_extension(".out")));
 }
 
 INSTANTIATE_TEST_SUITE_P(Folder, ScriptPrograms, testing::ValuesIn(filesOf(".js")), nameOf);

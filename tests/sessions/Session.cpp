@@ -48,7 +48,7 @@ public:
 Session::Session(const std::vector<std::string>& sources, const std::string& options)
     : m_debugger(this)
 {
-    build(sources, options);
+    m_program = buildProgram(m_folder, sources, options);
     for (const std::string& source : sources)
         findMarks(source);
     m_monitor.setIdentifyString(Device);
@@ -71,12 +71,13 @@ Session::~Session()
     TargetIOServer::setTerminal(nullptr);
 }
 
-void Session::build(const std::vector<std::string>& sources, const std::string& options)
+std::string buildProgram(const TestFolder& folder, const std::vector<std::string>& sources,
+                         const std::string& options)
 {
     const std::string root = GANTRY_ROOT_TREE;
     std::string objects;
     for (const std::string& source : sources) {
-        const std::string object = m_folder / (source + ".kvo");
+        const std::string object = folder / (source + ".kvo");
         run(root + "/bin/kcc -g " + options + " " GANTRY_TEST_DATA "/programs/" + source + " -o "
             + object);
         objects += " " + object;
@@ -84,8 +85,9 @@ void Session::build(const std::vector<std::string>& sources, const std::string& 
     for (const char* library : {"libc", "libm", "libdebugio", "libc_targetio_impl",
                                 "lib_vfprintf_long", "lib_vfscanf_int", "libc_user_libc"})
         objects += " " + root + "/lib/" + library + "_soft_single.kva";
-    m_program = m_folder / "program.kvx";
-    run(root + "/bin/kld -g" + objects + " " + Placement + " -o " + m_program);
+    const std::string program = folder / "program.kvx";
+    run(root + "/bin/kld -g" + objects + " " + Placement + " -o " + program);
+    return program;
 }
 
 void Session::findMarks(const std::string& source)

@@ -10,12 +10,16 @@
 #include <string>
 #include <vector>
 
+/// Builds sources of programs/ with these options of the compiler, and gives the executable's path.
+std::string buildProgram(const TestFolder& folder, const std::vector<std::string>& sources,
+                         const std::string& options);
+
 /// A C program that the real tools have built, on the simulator, under the debugger.
 class Session : public DebuggerHelperFunctions,
                 public TargetIOServerHelperFunctions,
                 public TargetIOServerTerminalInterface {
 public:
-    /// Builds the sources of programs/ with these options of the compiler, and loads them.
+    /// Builds and loads it.
     Session(const std::vector<std::string>& sources, const std::string& options);
     ~Session() override;
 
@@ -53,7 +57,6 @@ private:
         int line;
     };
 
-    void build(const std::vector<std::string>& sources, const std::string& options);
     void findMarks(const std::string& source);
     const Mark& mark(const std::string& name) const;
 
