@@ -1,7 +1,7 @@
 // The Forth system: a text as the lines of a console and as an included file, over files in memory.
 
-#include "tests/forth/MemoryFiles.h"
 #include "script/forth/FSConsole.h"
+#include "tests/forth/MemoryFiles.h"
 
 #include <cstdint>
 

@@ -265,11 +265,15 @@ WordList* FSContext::wordList(qint64 number) const
 
 PMemory* FSContext::dataArea()
 {
-    if (!m_dataArea) {
-        m_dataArea = make<PMemory>(QStringLiteral("(ANON#%1)").arg(1));
-        m_dataArea->allot(0);
-    }
+    if (!m_dataArea)
+        create_data_area();
     return m_dataArea;
+}
+
+void FSContext::create_data_area()
+{
+    m_dataArea = make<PMemory>(QStringLiteral("(ANON#%1)").arg(1));
+    m_dataArea->allot(0);
 }
 
 // Input

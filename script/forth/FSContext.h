@@ -204,6 +204,7 @@ private:
     bool handle(const ForthException& exception, std::size_t handlers);
     void poll();
     void addLocals(int count);
+    void create_data_area();
 
     FSHost& m_host;
     FSFileSystem& m_files;

@@ -101,7 +101,6 @@ private:
 
 class PValueChild : public PCFA {
 public:
-    /// `store`: what `getToMethod` gives, a node that stores here.
     PValueChild(const QString& name, const X& value) : PCFA(name), m_value(value) { }
     void execute(FSContext* context) override;
     pcode* reference(FSContext* context) override;
