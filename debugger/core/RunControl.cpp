@@ -25,7 +25,10 @@ void TOBFDebugger::start(const QString& entry, bool stayStopped)
         helper().displayError(u"entry point symbol "_s + entry + u" not found"_s);
         address = getEntryPoint();
     }
-    enableDebugIO();
+    // Before the program runs, the words hold nothing that it has put there.
+    m_debugIO.reset();
+    if (!stayStopped)
+        enableDebugIO();
     m_stopped = false;
     m_monitor->startDebugging(true, address, stayStopped);
 }
@@ -85,7 +88,7 @@ bool TOBFDebugger::isStopped()
     try {
         unsigned operation = 0;
         if (m_monitor->isStopped()) {
-            if (m_debugIO && handleDebugIO(operation) && !m_stopped) {
+            if (mayBeRequest() && handleDebugIO(operation) && !m_stopped) {
                 if (operation == TargetIOServer::Exit)
                     return m_stopped;
                 go();
@@ -156,6 +159,13 @@ void TOBFDebugger::enableDebugIO()
     if (getLinkerSymbolValue(u"__debug_io_control"_s, control)
         && getLinkerSymbolValue(u"__debug_io_communication"_s, communication))
         m_debugIO = DebugIO{control, communication};
+}
+
+/// Whether the stop may be one for the host. A program that stops itself for that matches no
+/// breakpoint; one that hasn't set up its memory yet has anything in the words.
+bool TOBFDebugger::mayBeRequest()
+{
+    return m_debugIO && !(debugOperationUsesBreakpoint() && m_monitor->matched());
 }
 
 bool TOBFDebugger::handleDebugIO(unsigned& operation)

@@ -207,6 +207,7 @@ private:
     bool moveStep(TOBFBreakpoint& breakpoint);
     void removeTempBreakpoints();
     void enableDebugIO();
+    bool mayBeRequest();
     bool handleDebugIO(unsigned& operation);
     TOBFBreakpoint* findBreakpoint(const HBreakpoint* record);
     Breakpoints::iterator findBreakpoint(Breakpoints& list, const DebuggerBreakpoint* breakpoint);

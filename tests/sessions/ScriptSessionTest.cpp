@@ -44,6 +44,7 @@ TEST_F(ScriptSession, DrivesTheProgram)
         function here() { var at = Debug.location(); return at.file + ' ' + at.function; }
         Debug.breakOn('factorial');
         WScript.Echo(Debug.go() + ' ' + here());
+        Debug.step(); // past what the function's entry does
         var n = Debug.evaluate('n');
         Debug.clearBreakpoints();
         Debug.stepout();
