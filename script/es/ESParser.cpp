@@ -434,7 +434,7 @@ ESNode* ESParser::functionBody(ESString* name, const std::vector<ESString*>& par
     function->code = new ESCode;
     function->line = m_lexer.line();
     function->insideWith = m_withDepth > 0;
-    node->function = m_context->registerFunctionCode(function->code);
+    node->function = m_context->adoptFunctionCode(function->code);
     m_function = function;
     const std::size_t catchNames = m_catchNames.size();
     for (ESString* parameter : parameters) {

@@ -55,6 +55,14 @@ TEST(Machine, ArraysOfTheHost)
     }
 }
 
+TEST(Machine, ContextsGiveTheirFunctionsBack)
+{
+    // Together more functions than code can name.
+    const QByteArray program = QByteArray("function f() { return 7 }").repeated(200) + "f()";
+    for (int i = 0; i < 400; ++i)
+        ASSERT_EQ(run(program.constData()), "7") << i;
+}
+
 TEST(Machine, TheHostEndsAnEndlessLoop)
 {
     struct Impatient : ESContext {
