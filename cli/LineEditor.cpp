@@ -66,6 +66,9 @@ LineEditor::Input LineEditor::readLine(const QString& prompt, QString& line)
 {
     m_state->prompt = prompt.toLocal8Bit();
     InterruptFlag::clear();
+    // Before the prompt is seen: a key that comes while the terminal still edits lines by itself
+    // would be taken by it, and the end of input lost.
+    el_set(m_state->editor, EL_PREP_TERM, 1);
     int count = 0;
     const char* const text = el_gets(m_state->editor, &count);
     if (InterruptFlag::isSet()) {
