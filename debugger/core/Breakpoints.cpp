@@ -130,9 +130,21 @@ void TOBFDebugger::clearBreakpoint(DebuggerBreakpoint* breakpoint)
         if (found == list->end())
             continue;
         m_monitor->removeBreakpoint((*found)->breakpoint());
+        releaseChainsFrom((*found)->breakpoint());
         list->erase(found);
         return;
     }
+}
+
+/// What was waiting for the arrival at a breakpoint that goes is armed.
+void TOBFDebugger::releaseChainsFrom(const HBreakpoint* from)
+{
+    for (const Breakpoints* const list : {&m_breakpoints, &m_expressionBreakpoints})
+        for (const auto& breakpoint : *list)
+            if (HBreakpoint& head = *breakpoint->breakpoint(); head.enabledBy == from) {
+                head.enabledBy = nullptr;
+                head.enabled = true;
+            }
 }
 
 bool TOBFDebugger::canBreakAt(const QString& name, const Path& file, int line,
@@ -163,4 +175,34 @@ SymbolicDebuggerInterface::BreakpointSet TOBFDebugger::lastMatchedBreakpoints()
 {
     DebuggerBreakpoint* const matched = m_monitor ? findBreakpoint(m_monitor->matched()) : nullptr;
     return matched ? BreakpointSet{matched} : BreakpointSet{};
+}
+
+// Exceptions
+
+QString TOBFDebugger::lastMatchedException()
+{
+    unsigned address = 0;
+    const char* const error = m_monitor ? m_monitor->lastError(address) : nullptr;
+    return QString::fromLatin1(error);
+}
+
+QStringList TOBFDebugger::getExceptionClasses() { return {u"Program Errors"_s}; }
+
+QStringList TOBFDebugger::getExceptionTypes(unsigned exceptionClass)
+{
+    QStringList names;
+    for (int i = 0; targetHasExceptionClass(exceptionClass) && i < m_monitor->numErrors(); ++i)
+        names << QString::fromLatin1(m_monitor->getError(i));
+    return names;
+}
+
+bool TOBFDebugger::targetHasExceptionClass(unsigned exceptionClass)
+{
+    return exceptionClass == 0 && m_monitor && m_monitor->numErrors() > 0;
+}
+
+void TOBFDebugger::setExceptionEnabled(const QString& exception, bool enabled)
+{
+    if (m_monitor)
+        m_monitor->setErrorEnabled(exception.toLatin1().constData(), enabled);
 }

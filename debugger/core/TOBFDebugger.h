@@ -86,6 +86,13 @@ public:
     void chainFrom(DebuggerBreakpoint* breakpoint, DebuggerBreakpoint* from) override;
     BreakpointSet lastMatchedBreakpoints() override;
 
+    // Exceptions: the faults that the target finds in a program
+    QString lastMatchedException() override;
+    QStringList getExceptionClasses() override;
+    QStringList getExceptionTypes(unsigned exceptionClass) override;
+    bool targetHasExceptionClass(unsigned exceptionClass) override;
+    void setExceptionEnabled(const QString& exception, bool enabled) override;
+
     // Counts and trace
     void resetExecutionCount() override;
     void setExecutionCountEnabled(bool enabled) override;
@@ -211,6 +218,7 @@ private:
     bool handleDebugIO(unsigned& operation);
     TOBFBreakpoint* findBreakpoint(const HBreakpoint* record);
     Breakpoints::iterator findBreakpoint(Breakpoints& list, const DebuggerBreakpoint* breakpoint);
+    void releaseChainsFrom(const HBreakpoint* from);
     TOBFBreakpoint* place(BreakpointChain chain, bool temporary, Breakpoints& list);
     TOBFSection* sectionOf(unsigned address);
     TOBFSymbol* localSymbol(const char* name, unsigned pc);

@@ -5,6 +5,10 @@
 #include "target/HMonitor.h"
 #include "target/TargetIOServer.h"
 
+#include <QScopedValueRollback>
+
+#include <utility>
+
 DebugSession::DebugSession(SymbolicDebuggerInterface& debugger, HMonitor& target,
                            TargetIOServerTerminalInterface* terminal, Host host)
     : m_debugger(debugger),
@@ -42,16 +46,63 @@ void DebugSession::load(const Path& executable)
 
 void DebugSession::reset(const QString& entry, const QStringList& arguments)
 {
-    m_ended = false;
     m_target.reset(true, false);
-    TargetIOServer::init(QStringList(m_executable.osPath()) + arguments);
-    m_debugger.start(entry, true);
+    start(entry, QStringList(m_executable.osPath()) + arguments, true);
     waitForStop();
+}
+
+void DebugSession::start(const QString& entry, const QStringList& arguments, bool stayStopped)
+{
+    m_ended = false;
+    TargetIOServer::init(arguments);
+    m_debugger.start(entry, stayStopped);
+}
+
+void DebugSession::attach(const QStringList& arguments)
+{
+    m_ended = false;
+    TargetIOServer::init(arguments);
+    m_debugger.attach();
+}
+
+void DebugSession::setStartupBreakpoint(DebuggerBreakpoint* breakpoint, bool goOn,
+                                        std::function<void()> completed)
+{
+    m_startup = {breakpoint, goOn, std::move(completed)};
+    m_debugger.setStartupComplete(false);
+}
+
+bool DebugSession::poll()
+{
+    // A message box of the host may poll again.
+    if (m_polling)
+        return false;
+    const QScopedValueRollback polling(m_polling, true);
+    if (m_debugger.isStopped())
+        return m_ended || m_debugger.startupComplete() || !goesOnAfterStartup();
+    return m_ended;
+}
+
+/// At a stop while start-up is going on: whether it was only for its end, and the program runs on.
+bool DebugSession::goesOnAfterStartup()
+{
+    const auto matched = m_debugger.lastMatchedBreakpoints();
+    if (!matched.contains(m_startup.breakpoint))
+        return false;
+    const Startup startup = std::exchange(m_startup, {});
+    m_debugger.clearBreakpoint(startup.breakpoint);
+    if (startup.completed)
+        startup.completed();
+    m_debugger.setStartupComplete(true);
+    if (!startup.goOn || matched.size() > 1)
+        return false;
+    m_debugger.go();
+    return true;
 }
 
 bool DebugSession::waitForStop()
 {
-    while (!m_ended && !m_debugger.isStopped())
+    while (!poll())
         if (m_host.carryOn && !m_host.carryOn())
             m_debugger.stop();
     return !m_ended;
