@@ -15,10 +15,15 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-TOBFDebugger::TOBFDebugger(DebuggerHelperFunctions* helper) : SymbolicDebuggerInterface(helper) { }
+TOBFDebugger::TOBFDebugger(DebuggerHelperFunctions* helper) : SymbolicDebuggerInterface(helper)
+{
+    ObjectDisassembler::active = this;
+}
 
 TOBFDebugger::~TOBFDebugger()
 {
+    if (ObjectDisassembler::active == this)
+        ObjectDisassembler::active = nullptr;
     for (SymbolicDebug* const one : m_symbols)
         TOBFfiles::release(one);
 }

@@ -22,6 +22,7 @@ class TOBFDebugger : public SymbolicDebuggerInterface,
                      public ObjectDisassembler,
                      protected TOBFExpressionEvaluator {
 public:
+    /// The newest one is the disassembler of object files.
     explicit TOBFDebugger(DebuggerHelperFunctions* helper);
     ~TOBFDebugger() override;
 

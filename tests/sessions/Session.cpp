@@ -117,6 +117,11 @@ const Session::Mark& Session::mark(const std::string& name) const
     return m_marks.front();
 }
 
+std::pair<Path, int> Session::placeOf(const std::string& name) const
+{
+    return {mark(name).file, mark(name).line};
+}
+
 QString Session::getDebugSourceText(const Path& path, int line)
 {
     QFile file(path.osPath());

@@ -3,6 +3,8 @@
 #include "Session.h"
 
 #include "InstalledTree.h"
+#include "objfile/query/FileMappings.h"
+#include "objfile/query/TOBFObjectFileInterface.h"
 
 namespace {
 
@@ -166,6 +168,23 @@ TEST(Session, ShowsDisassemblyWithSource)
     EXPECT_TRUE(lines.filter(QStringLiteral("--- tour.c -- ")).size() > 0);
     for (const QString& text : lines)
         EXPECT_FALSE(text.contains(QStringLiteral("????"))) << text.toStdString();
+}
+
+TEST(Session, ShowsTheInstructionsOfALine)
+{
+    Session session(Tour, "-O0");
+    TOBFObjectFileInterface file{Path(session.program())};
+    FileMappings mappings;
+    const auto [source, line] = session.placeOf("twice");
+    ASSERT_TRUE(file.disassemble(source, unsigned(line), &mappings));
+    mappings.create();
+    session.startTo("twice");
+    const QStringList& lines = file.disassemblyLines();
+    ASSERT_GE(lines.size(), 2);
+    for (const QString& text : lines)
+        EXPECT_TRUE(text.contains(QStringLiteral("R1"))) << text.toStdString();
+    EXPECT_EQ(mappings.lineOf(session.monitor().registers()->getPC()), 1);
+    EXPECT_FALSE(file.disassemble(source, 1, &mappings));
 }
 
 } // namespace
