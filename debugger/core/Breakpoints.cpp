@@ -41,7 +41,7 @@ TOBFBreakpoint* TOBFDebugger::place(BreakpointChain chain, bool temporary, Break
 {
     auto breakpoint = std::make_unique<TOBFBreakpoint>(std::move(chain));
     breakpoint->setTemporary(temporary);
-    if (!m_monitor->setBreakpoint(breakpoint->breakpoint()))
+    if (!target().setBreakpoint(breakpoint->breakpoint()))
         return nullptr;
     list.insert(list.begin(), std::move(breakpoint));
     return list.front().get();
@@ -56,8 +56,7 @@ TOBFBreakpoint* TOBFDebugger::setBreakpoint(unsigned address, bool temporary, bo
     record->hardwareIndex = hardwareIndex;
     record->count = count;
     const auto named = action.isEmpty() ? -1 : int(getBreakActions().indexOf(action));
-    record->action =
-        static_cast<std::uint32_t>(named < 0 ? m_monitor->getStopActionNumber() : named);
+    record->action = static_cast<std::uint32_t>(named < 0 ? target().getStopActionNumber() : named);
     BreakpointChain chain;
     chain.push_back(std::move(record));
     return place(std::move(chain), temporary, m_breakpoints);
@@ -91,9 +90,9 @@ DebuggerBreakpoint* TOBFDebugger::setBreakpoint(const ExpressionContext& context
         throw DebuggerBreakpointFailure(exception.getCause());
     }
     BreakpointChain chain =
-        makeBreakpointChain(terms, {count, hardware, hardwareIndex, trigger, action}, *m_monitor,
+        makeBreakpointChain(terms, {count, hardware, hardwareIndex, trigger, action}, target(),
                             [this](unsigned address) { return sectionOf(address); });
-    const auto execute = static_cast<std::uint32_t>(m_monitor->getExecuteTriggerNumber());
+    const auto execute = static_cast<std::uint32_t>(target().getExecuteTriggerNumber());
     Breakpoints& list = chain.back()->trigger == execute ? m_breakpoints : m_expressionBreakpoints;
     return place(std::move(chain), temporary, list);
 }
@@ -164,7 +163,7 @@ bool TOBFDebugger::canBreakAt(const QString& name, const Path& file, int line,
 
 void TOBFDebugger::chainFrom(DebuggerBreakpoint* breakpoint, DebuggerBreakpoint* from)
 {
-    if (!m_monitor->canChain())
+    if (!target().canChain())
         throw DebuggerBreakpointFailure("Chaining not supported");
     HBreakpoint& head = *static_cast<TOBFBreakpoint*>(breakpoint)->breakpoint();
     head.enabledBy = from ? static_cast<TOBFBreakpoint*>(from)->breakpoint() : nullptr;

@@ -209,6 +209,8 @@ private:
 
     void setFrames(std::unique_ptr<TargetRegisterInterface> own, TargetRegisterInterface* innermost,
                    bool live);
+    /// Throws HException without one.
+    HMonitor& target() const;
     void step(bool instruction, bool over);
     void resume();
     void handleBreakpoint();
