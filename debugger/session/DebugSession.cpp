@@ -9,6 +9,8 @@
 
 #include <utility>
 
+using namespace Qt::Literals::StringLiterals;
+
 DebugSession::DebugSession(SymbolicDebuggerInterface& debugger, HMonitor& target,
                            TargetIOServerTerminalInterface* terminal, Host host)
     : m_debugger(debugger),
@@ -42,6 +44,16 @@ void DebugSession::load(const Path& executable)
     TOBFfiles::release(module);
     m_debugger.loadSymbols(executable, 0);
     m_executable = executable;
+    enableExceptions();
+}
+
+/// A program that runs wild stops where it does.
+void DebugSession::enableExceptions()
+{
+    const auto classes = static_cast<unsigned>(m_debugger.getExceptionClasses().size());
+    for (unsigned exceptionClass = 0; exceptionClass < classes; ++exceptionClass)
+        for (const QString& name : m_debugger.getExceptionTypes(exceptionClass))
+            m_debugger.setExceptionEnabled(name, true);
 }
 
 void DebugSession::reset(const QString& entry, const QStringList& arguments)
@@ -100,13 +112,24 @@ bool DebugSession::goesOnAfterStartup()
     return true;
 }
 
+void DebugSession::tellException()
+{
+    const QString exception = m_debugger.lastMatchedException();
+    if (m_ended || exception.isEmpty() || !m_host.showError)
+        return;
+    m_host.showError(exception + u" at 0x"_s + m_debugger.formatPC(pc()));
+}
+
 bool DebugSession::waitForStop()
 {
     while (!poll())
         if (m_host.carryOn && !m_host.carryOn())
             m_debugger.stop();
+    tellException();
     return !m_ended;
 }
+
+unsigned DebugSession::pc() { return frame() ? frame()->registers->getPC() : 0; }
 
 void DebugSession::errorOccurred(const char* text)
 {

@@ -52,6 +52,9 @@ public:
     bool hasEnded() const { return m_ended; }
     int exitCode() const { return m_exitCode; }
     SymbolicDebuggerInterface& debugger() { return m_debugger; }
+    HMonitor& target() { return m_target; }
+    /// Of the innermost frame; 0 before the first stop.
+    unsigned pc();
     /// The innermost frame; null before the first stop.
     Frame* frame(int index = 0) { return m_debugger.getFrame(index); }
 
@@ -70,6 +73,8 @@ private:
     };
 
     bool goesOnAfterStartup();
+    void enableExceptions();
+    void tellException();
 
     SymbolicDebuggerInterface& m_debugger;
     HMonitor& m_target;

@@ -19,7 +19,7 @@ protected:
     Outcome script(const std::string& source)
     {
         if (m_program.empty())
-            m_program = buildProgram(m_folder, {"tour.c", "other.c"}, "-O0");
+            build({"tour.c", "other.c"});
         const std::string file = m_folder / "script.js";
         const std::string output = m_folder / "output";
         std::ofstream(file) << source;
@@ -31,6 +31,11 @@ protected:
         std::ostringstream text;
         text << in.rdbuf();
         return {WEXITSTATUS(status), text.str()};
+    }
+
+    void build(const std::vector<std::string>& sources)
+    {
+        m_program = buildProgram(m_folder, sources, "-O0 -D__MSP430F449__");
     }
 
 private:
@@ -76,6 +81,54 @@ TEST_F(ScriptSession, DrivesTheProgram)
               "line 22: No code for breakpoint\n"
               "total 1047, counter 53\n"
               "false false\n");
+    EXPECT_EQ(outcome.status, 0);
+}
+
+TEST_F(ScriptSession, SeesWhatTheTargetRecords)
+{
+    build({"interrupts.c"});
+    const Outcome outcome = script(R"(
+        Debug.break('interrupts.c', 26); // the loop
+        Debug.go();
+        Debug.clearBreakpoints();
+        WScript.Echo(Debug.interrupts().length + ' ' + Debug.interrupts()[6]);
+        Debug.setTraceEnabled(true);
+        Debug.setExecutionCountEnabled(true);
+        Debug.resetExecutionCount();
+        var before = Debug.cycles();
+        Debug.raiseInterrupt(6);
+        Debug.breakOn('count');
+        Debug.go();
+        var stack = Debug.callstack();
+        WScript.Echo(stack[0].function + ' ' + stack[1].function + ' ' + stack[2].function);
+        var trace = Debug.getTrace();
+        var last = trace[trace.length - 1];
+        WScript.Echo((last.text.indexOf('CALL') > 0) + ' ' + (last.cycles <= Debug.cycles())
+                     + ' ' + (Debug.cycles() > before));
+        var counts = Debug.getExecutionCounts(), loops = 0;
+        for (var i = 0; i < counts.length; i++)
+            if (counts[i].count > loops) loops = counts[i].count;
+        WScript.Echo(loops > 1);
+        var lines = Debug.disassembly();
+        WScript.Echo(lines.length + ' ' + (lines[0].indexOf('SUB') > 0) + ' '
+                     + (Debug.disassembly(last.address, 2)[0].indexOf('CALL') >= 0));
+        try { Debug.raiseInterrupt(99) } catch (e) { WScript.Echo(e.message) }
+        Debug.resetTrace();
+        WScript.Echo(Debug.getTrace().length + ' ' + Debug.exceptions()[1]);
+        Debug.clearBreakpoints();
+        Debug.evaluate('@SP = 0xA00'); // the return address is that of no memory
+        WScript.Echo(Debug.go() + ' ' + Debug.lastException());
+    )");
+    EXPECT_EQ(outcome.output,
+              "16 Priority 6 - 0xffec\n"
+              "count tick main\n"
+              "true true true\n"
+              "true\n"
+              "10 true true\n"
+              "line 26: there is no such interrupt\n"
+              "0 Address outside memory range on read\n"
+              "gantry: Address outside memory range on read at 0x000000\n"
+              "true Address outside memory range on read\n");
     EXPECT_EQ(outcome.status, 0);
 }
 
