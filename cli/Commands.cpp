@@ -30,7 +30,10 @@ std::span<const Command> commands()
          "[--registers] [--stats] "
          "[-- ARG...]",
          runCommand},
-        {"script", "[FILE] [--program PROGRAM [--device NAME]] [-- ARG...]", scriptCommand},
+        {"script",
+         "[FILE] [--program PROGRAM [--device NAME] | --solution SOLUTION [--project NAME] "
+         "[--configuration NAME] [--target NAME]] [-- ARG...]",
+         scriptCommand},
     };
     return all;
 }

@@ -2,8 +2,7 @@
 
 #include "base/HException.h"
 #include "cli/DeviceSelection.h"
-
-#include <QFile>
+#include "cli/SourceText.h"
 
 #include <cstdio>
 
@@ -37,10 +36,5 @@ void DebuggedProgram::displayError(const QString& text)
 
 QString DebuggedProgram::getDebugSourceText(const Path& path, int line)
 {
-    QFile file(path.osPath());
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    for (int number = 1; number < line && !file.atEnd(); ++number)
-        file.readLine();
-    return QString::fromUtf8(file.readLine()).trimmed();
+    return sourceText(path, line);
 }

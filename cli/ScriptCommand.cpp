@@ -4,6 +4,7 @@
 #include "base/QTx.h"
 #include "cli/Command.h"
 #include "cli/DebuggedProgram.h"
+#include "cli/DebuggedProject.h"
 #include "cli/InterruptFlag.h"
 #include "cli/LineEditor.h"
 #include "script/host/BuiltinScript.h"
@@ -13,6 +14,7 @@
 #include <QFileInfo>
 
 #include <cstdio>
+#include <map>
 #include <optional>
 
 using namespace Qt::Literals::StringLiterals;
@@ -24,9 +26,33 @@ struct ScriptOptions {
     QStringList arguments;
     std::string program; ///< that `Debug` drives; empty for none
     std::string device = "generic";
+    DebuggedProject::Choice project; ///< that `Debug` drives; without a solution none
 };
 
 QString toText(const std::string& word) { return QString::fromLocal8Bit(word.c_str()); }
+
+/// The value of an option, to be read or set; null for a word that isn't one.
+QString* projectOption(ScriptOptions& options, const std::string& word)
+{
+    static const std::map<std::string, QString DebuggedProject::Choice::*> names = {
+        {"--solution", &DebuggedProject::Choice::solution},
+        {"--project", &DebuggedProject::Choice::project},
+        {"--configuration", &DebuggedProject::Choice::configuration},
+        {"--target", &DebuggedProject::Choice::target},
+    };
+    const auto found = names.find(word);
+    return found == names.end() ? nullptr : &(options.project.*found->second);
+}
+
+void checkOptions(const ScriptOptions& options)
+{
+    const DebuggedProject::Choice& project = options.project;
+    if (!options.program.empty() && !project.solution.isEmpty())
+        throw UsageError{"a program and a solution don't go together"};
+    if (project.solution.isEmpty()
+        && !(project.project + project.configuration + project.target).isEmpty())
+        throw UsageError{"projects, configurations and targets need a solution"};
+}
 
 ScriptOptions parseOptions(std::span<const std::string> words)
 {
@@ -44,6 +70,12 @@ ScriptOptions parseOptions(std::span<const std::string> words)
             (word == "--program" ? options.program : options.device) = words[++i];
             continue;
         }
+        if (QString* const value = projectOption(options, word)) {
+            if (i + 1 == words.size())
+                throw UsageError{"option " + word + " needs a value"};
+            *value = toText(words[++i]);
+            continue;
+        }
         if (word.starts_with("-") && word != "-")
             throw UsageError{"unknown option " + word};
         if (options.file)
@@ -52,6 +84,7 @@ ScriptOptions parseOptions(std::span<const std::string> words)
     }
     if (options.file == u"-"_s)
         options.file.reset();
+    checkOptions(options);
     return options;
 }
 
@@ -105,9 +138,11 @@ class ScriptObjects {
 public:
     explicit ScriptObjects(const ScriptOptions& options) : m_options(options)
     {
+        const auto carryOn = [] { return !InterruptFlag::isSet(); };
         if (!options.program.empty())
-            m_program = std::make_unique<DebuggedProgram>(options.program, options.device,
-                                                          [] { return !InterruptFlag::isSet(); });
+            m_program = std::make_unique<DebuggedProgram>(options.program, options.device, carryOn);
+        if (!options.project.solution.isEmpty())
+            m_project = std::make_unique<DebuggedProject>(options.project, carryOn);
     }
 
     std::unique_ptr<CommandLineContext> makeContext()
@@ -115,28 +150,34 @@ public:
         auto context = std::make_unique<CommandLineContext>();
         context->addToLoadPath(QTx::rootDirectory() + u"/bin"_s);
         if (m_options.file)
-            context->addToLoadPath(QFileInfo(*m_options.file).path());
+            context->addToLoadPath(m_scriptFolder);
         m_script.install(context.get(), m_options.arguments);
         m_bench.install(context.get());
         if (m_program)
             m_program->install(context.get());
+        if (m_project)
+            m_project->install(context.get());
         return context;
     }
 
 private:
     const ScriptOptions& m_options;
+    /// Absolute, as a project starts in a directory of its own.
+    const QString m_scriptFolder = QFileInfo(m_options.file.value_or(QString())).absolutePath();
     BuiltinScript m_script{[](const QString& text) { print(stdout, text + u'\n'); }};
     BenchScript m_bench;
     std::unique_ptr<DebuggedProgram> m_program;
+    std::unique_ptr<DebuggedProject> m_project;
 };
 
 int runScript(const ScriptOptions& options)
 {
     const QString name = options.file.value_or(u"standard input"_s);
+    const QString text = readScript(options);
     ScriptObjects objects(options);
     const auto context = objects.makeContext();
     try {
-        const ESCompletion completion = context->eval(readScript(options));
+        const ESCompletion completion = context->eval(text);
         if (completion.kind == ESCompletion::Normal)
             return context->failed ? 1 : 0;
         report(name, context->messageOf(completion));

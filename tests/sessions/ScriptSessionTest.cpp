@@ -2,8 +2,8 @@
 
 #include "Session.h"
 
+#include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include <sys/wait.h>
 
@@ -20,17 +20,18 @@ protected:
     {
         if (m_program.empty())
             build({"tour.c", "other.c"});
-        const std::string file = m_folder / "script.js";
-        const std::string output = m_folder / "output";
-        std::ofstream(file) << source;
+        return run(source, "--program " + m_program + " --device MSP430F449", "/dev/null");
+    }
+    /// With these options, and standard input from a file.
+    Outcome run(const std::string& source, const std::string& options, const std::string& input)
+    {
+        m_folder.write("script.js", source);
         const int status =
-            std::system((GANTRY_ROOT_TREE "/bin/gantry script " + file + " --program " + m_program
-                         + " --device MSP430F449 > " + output + " 2>&1 < /dev/null")
+            std::system(("HOME=" + (m_folder / "home") + " " GANTRY_ROOT_TREE "/bin/gantry script "
+                         + (m_folder / "script.js") + " " + options + " > " + (m_folder / "output")
+                         + " 2>&1 < " + input)
                             .c_str());
-        std::ifstream in(output);
-        std::ostringstream text;
-        text << in.rdbuf();
-        return {WEXITSTATUS(status), text.str()};
+        return {WEXITSTATUS(status), m_folder.read("output")};
     }
 
     void build(const std::vector<std::string>& sources, const std::string& options = "-O0")
@@ -48,8 +49,9 @@ protected:
         return number;
     }
 
-private:
     TestFolder m_folder;
+
+private:
     std::string m_program;
 };
 
@@ -218,6 +220,69 @@ TEST_F(ScriptSession, SeesWhatTheTargetRecords)
               "gantry: Address outside memory range on read at 0x000000\n"
               "true Address outside memory range on read\n");
     EXPECT_EQ(outcome.status, 0);
+}
+
+/// A copy of a sample: building it writes into its folder.
+TEST_F(ScriptSession, StartsAProjectOfASolution)
+{
+    std::filesystem::copy(GANTRY_ROOT_TREE "/samples/printf", m_folder / "printf");
+    m_folder.write("input", "3\n4\n");
+    const std::string solution = "--solution " + (m_folder / "printf/printf.kvp");
+    const char* const source = R"(
+        WScript.Echo(Debug.location().function + ' ' + Debug.cycles());
+        Debug.break('average.c', 14);
+        for (var stops = 0; Debug.go(); ++stops)
+            WScript.Echo(Debug.location().function + ' ' + Debug.evaluate('number'));
+        WScript.Echo(stops);
+    )";
+    Outcome outcome = run(source, solution, m_folder / "input");
+    EXPECT_EQ(outcome.output,
+              "__reset 0\n"
+              "Numbers, please, one on each line:\n"
+              "main 3\n"
+              "main 4\n"
+              "2 numbers, sum 7, average 3\n"
+              "2\n");
+    EXPECT_EQ(outcome.status, 0);
+
+    // A change is built before the program starts; one that can't be built starts nothing.
+    std::string text = m_folder.read("printf/average.c");
+    m_folder.write("printf/average.c", text.replace(text.find("There were none"), 15, "Nothing"));
+    outcome = run("Debug.go()", solution, "/dev/null");
+    EXPECT_EQ(outcome.output, "Numbers, please, one on each line:\nNothing.\n");
+    m_folder.write("printf/average.c", text + "int added = ;\n");
+    outcome = run("WScript.Echo('runs')", solution, "/dev/null");
+    EXPECT_NE(outcome.output.find("expected expression"), std::string::npos) << outcome.output;
+    EXPECT_EQ(outcome.output.find("runs"), std::string::npos) << outcome.output;
+    EXPECT_EQ(outcome.status, 1);
+}
+
+TEST_F(ScriptSession, SaysWhatASolutionHasnt)
+{
+    std::filesystem::copy(GANTRY_ROOT_TREE "/samples/library", m_folder / "library",
+                          std::filesystem::copy_options::recursive);
+    const std::string solution = " --solution " + (m_folder / "library/library.kvp");
+    const struct {
+        std::string options;
+        const char* message;
+        int status;
+    } cases[] = {
+        {solution + " --target board", "there is no target board; there are: MSP430 Core Simulator",
+         1},
+        {solution + " --project x", "there is no project x; there are: mean, median, statistics",
+         1},
+        {solution + " --configuration x", "there is no configuration x; there are: Debug, Release",
+         1},
+        {solution + " --project statistics", "No executable to load", 1},
+        {" --solution " + (m_folder / "none.kvp"), " - does not exist", 1},
+        {" --project x", "need a solution", 2},
+        {solution + " --program x", "don't go together", 2},
+    };
+    for (const auto& one : cases) {
+        const Outcome outcome = run("WScript.Echo('started')", one.options, "/dev/null");
+        EXPECT_NE(outcome.output.find(one.message), std::string::npos) << outcome.output;
+        EXPECT_EQ(outcome.status, one.status) << one.options;
+    }
 }
 
 } // namespace

@@ -1,0 +1,140 @@
+#include "cli/DebuggedProject.h"
+
+#include "base/HException.h"
+#include "base/QTx.h"
+#include "build/log/BuildLogModel.h"
+#include "build/projectsystem/MSP430ProjectSystem.h"
+#include "build/system/MSP430BuildSystem.h"
+#include "build/workspace/BuildRun.h"
+#include "cli/SourceText.h"
+#include "projects/settings/GantryBenchEnvironmentSettings.h"
+#include "target/TargetProject.h"
+#include "target/msp430/MSP430Monitor.h"
+
+#include <cstdio>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+HException missing(const QString& what, const QString& name, const QStringList& known)
+{
+    return HException(
+        u"there is no %1 %2; there are: %3"_s.arg(what, name, known.join(u", "_s)).toStdString());
+}
+
+} // namespace
+
+DebuggedProject::DebuggedProject(const Choice& choice, std::function<bool()> carryOn)
+    : m_carryOn(std::move(carryOn)),
+      m_list(m_workspace.settings(), QTx::rootDirectory() + u"/targets/targets.xml"_s),
+      m_targets(m_workspace.settings(), *this, &m_list),
+      m_debugger(this),
+      m_control({m_debugger, m_targets, m_workspace.settings(), &m_terminal}, *this)
+{
+    TargetProject::setPropertyClassFinder(
+        [](const QString& name) { return buildSystem->findPropertyClass(name); });
+    m_workspace.projects().loadSolution(choice.solution, nullptr, nullptr);
+    const QString configuration = findConfiguration(choice.configuration);
+    ProjectElement* const project = findProject(choice.project);
+    m_list.load();
+    TargetInterface& target = findTarget(choice.target);
+    if (auto* const simulator = dynamic_cast<SimulatedHMonitor*>(&target))
+        simulator->setTerminal(&m_terminal);
+    m_targets.connectTargetInterface(&target, false, project, configuration);
+    if (!m_control.startDebugging(project, configuration, DebugControl::StartStopped))
+        throw HException("the program wasn't started");
+    m_control.waitForStop();
+    m_object = std::make_unique<DebugScriptObject>(*m_control.session());
+}
+
+DebuggedProject::~DebuggedProject()
+{
+    m_control.debugStop();
+    m_targets.disconnectTargetInterface();
+    TargetProject::setPropertyClassFinder({});
+}
+
+void DebuggedProject::install(ESContext* context)
+{
+    m_object->install(context);
+    m_targets.targetInterface()->installScriptObject(context);
+}
+
+QString DebuggedProject::findConfiguration(const QString& name) const
+{
+    const QStringList all =
+        projectSystem->configurations(projectSystem->solutionElement(), ProjectSystem::WithPublic);
+    if (name.isEmpty() && !all.isEmpty())
+        return all.first();
+    if (!all.contains(name))
+        throw missing(u"configuration"_s, name, all);
+    return name;
+}
+
+ProjectElement* DebuggedProject::findProject(const QString& name) const
+{
+    const QString configuration = findConfiguration(QString());
+    if (!name.isEmpty()) {
+        ProjectElement* const found = projectSystem->findProject(nullptr, name);
+        if (!found)
+            throw missing(u"project"_s, name, projectSystem->projectNames());
+        return found;
+    }
+    for (ProjectElement* const project : projectSystem->solutionProjects())
+        if (buildSystem->canLoad(project, configuration))
+            return project;
+    throw HException("no project of the solution makes a program");
+}
+
+TargetInterface& DebuggedProject::findTarget(const QString& name) const
+{
+    if (name.isEmpty() && m_list.size() != 0)
+        return *m_list[0].target;
+    QStringList names;
+    for (const TargetListItem& item : m_list) {
+        if (item.target->title() == name)
+            return *item.target;
+        names << item.target->title();
+    }
+    throw missing(u"target"_s, name, names);
+}
+
+bool DebuggedProject::ask(const QString& text, const QString&)
+{
+    // Only the question whether the project is built has an answer that does no harm.
+    return text.endsWith(u"Build the project before debugging?"_s);
+}
+
+bool DebuggedProject::isOutOfDate(ProjectElement* project, const QString& configuration)
+{
+    return m_workspace.builds().buildJobCount(project, configuration, BuildQuiet, false, true) > 0;
+}
+
+bool DebuggedProject::build(ProjectElement* project, const QString& configuration)
+{
+    QStringList lines;
+    const auto connection = QObject::connect(&m_workspace.log(), &BuildLogModel::outputAdded,
+                                             [&](const QString& line) { lines << line.trimmed(); });
+    BuildRequest request;
+    request.element = project;
+    request.configuration = configuration;
+    const BuildResult result =
+        BuildRun(&m_workspace.builds(), &m_workspace.log(), nullptr).run(request);
+    QObject::disconnect(connection);
+    const bool done = result == BuildResult::Built || result == BuildResult::NothingToDo;
+    for (const QString& line : done ? QStringList() : lines)
+        displayError(line);
+    return done;
+}
+
+void DebuggedProject::displayError(const QString& text)
+{
+    std::fflush(stdout);
+    std::fprintf(stderr, "gantry: %s\n", text.toLocal8Bit().constData());
+}
+
+QString DebuggedProject::getDebugSourceText(const Path& path, int line)
+{
+    return sourceText(path, line);
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "build/workspace/Workspace.h"
+#include "cli/CommandLineTerminal.h"
+#include "debugger/msp430/MSP430Debugger.h"
+#include "debugger/session/DebugControl.h"
+#include "debugger/session/DebugSession.h"
+#include "script/objects/DebugScriptObject.h"
+#include "target/control/TargetControl.h"
+#include "target/control/TargetList.h"
+
+#include <functional>
+#include <memory>
+
+/// A project of a solution under the debugger, for a script: built if need be, loaded with its
+/// settings on one of the user's targets, and stopped at its entry.
+class DebuggedProject : private DebugControlHost,
+                        private TargetControlHost,
+                        private DebuggerHelperFunctions {
+public:
+    struct Choice {
+        QString solution;      ///< the path of its file
+        QString project;       ///< empty for the first that makes something to load
+        QString configuration; ///< empty for the first
+        QString target;        ///< a name in the user's list; empty for the first
+    };
+
+    /// Throws HException if it can't be started.
+    DebuggedProject(const Choice& choice, std::function<bool()> carryOn);
+    ~DebuggedProject() override;
+
+    void install(ESContext* context);
+
+private:
+    ProjectElement* findProject(const QString& name) const;
+    QString findConfiguration(const QString& name) const;
+    TargetInterface& findTarget(const QString& name) const;
+
+    // What is asked while the session starts: a user who starts a script wants it to run.
+    bool ask(const QString& text, const QString& title) override;
+    bool isOutOfDate(ProjectElement* project, const QString& configuration) override;
+    bool build(ProjectElement* project, const QString& configuration) override;
+    bool carryOn() override { return m_carryOn(); }
+    void inputRequested() override { m_terminal.waitForLine(); }
+    void displayError(const QString& text) override;
+    void logError(const QString& text) override { displayError(text); }
+    QString getDebugSourceText(const Path& path, int line) override;
+
+    std::function<bool()> m_carryOn;
+    Workspace m_workspace{{}};
+    CommandLineTerminal m_terminal{std::string()};
+    TargetList m_list;
+    TargetControl m_targets;
+    MSP430Debugger m_debugger;
+    DebugControl m_control;
+    std::unique_ptr<DebugScriptObject> m_object;
+};
