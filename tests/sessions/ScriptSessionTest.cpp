@@ -174,6 +174,64 @@ TEST_F(ScriptSession, WalksThroughAWholeProgram)
               "total 89, counter 53\napply factorial main other sum twice | true 6 | \n");
 }
 
+/// The same through optimised code, where variables may be anywhere or nowhere and calls may be
+/// gone: what is shown must still be true.
+constexpr const char* OptimisedWalk = R"(
+    var wrong = '', stops = 0, known = 0;
+    function check(holds, what) {
+        if (!holds && wrong.length < 500) {
+            var at = Debug.location();
+            wrong += what + ' at ' + at.function + ':' + at.line + '; ';
+        }
+    }
+    var values = {factorial: {n: '1 2 3 4'}, twice: {x: '24 21', result: '48 42'},
+                  apply: {argument: '21'}, sum: {result: '0 10 30 60'}, other: {by: '53'},
+                  main: {i: '0 1 2 3 4 5'}};
+    var callers = {factorial: 'factorial main', twice: 'apply main', apply: 'main', sum: 'main',
+                   other: 'main'};
+    function checkStop(at) {
+        var stack = Debug.callstack();
+        check(at.file == (at.function == 'other' ? 'other.c' : 'tour.c'), 'file ' + at.file);
+        check(stack[0].line == at.line && stack[0].address == at.address, 'top of the stack');
+        for (var k = 0; stack[k].function != 'main' && k < 6; k++)
+            check(callers[stack[k].function].indexOf(stack[k + 1].function) >= 0,
+                  stack[k].function + ' called by ' + stack[k + 1].function);
+        var expected = values[at.function];
+        for (var name in expected) {
+            if (!expected.hasOwnProperty(name)) continue;
+            var value;
+            try { value = Debug.evaluate(name); } catch (e) { continue; }
+            known++;
+            check((' ' + expected[name] + ' ').indexOf(' ' + value + ' ') >= 0, name + ' = ' + value);
+        }
+    }
+    Debug.breakOn('main');
+    Debug.go();
+    Debug.clearBreakpoints();
+    Debug.step(); // past the entry of main, where nothing has a value yet
+    do {
+        var at = Debug.location();
+        if (at.line == 0) {
+            if (Debug.callstack().length < 2) break;
+            Debug.stepout();
+            continue;
+        }
+        stops++;
+        checkStop(at);
+    } while (at.line == lastLine ? Debug.stepover() : Debug.step());
+    WScript.Echo((stops > 10) + ' ' + (known > 5) + ' | ' + wrong);
+)";
+
+TEST_F(ScriptSession, WalksThroughOptimisedPrograms)
+{
+    for (const char* optimisation : {"-O1", "-O-9", "-O+9"}) {
+        build({"tour.c", "other.c"}, optimisation);
+        const Outcome outcome =
+            script("var lastLine = " + std::to_string(lineOf("printf(")) + ";" + OptimisedWalk);
+        EXPECT_EQ(outcome.output, "total 89, counter 53\ntrue true | \n") << optimisation;
+    }
+}
+
 TEST_F(ScriptSession, SeesWhatTheTargetRecords)
 {
     build({"interrupts.c"});
