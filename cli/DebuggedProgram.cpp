@@ -2,7 +2,8 @@
 
 #include "base/HException.h"
 #include "cli/DeviceSelection.h"
-#include "cli/SourceText.h"
+
+#include <QFile>
 
 #include <cstdio>
 
@@ -36,5 +37,10 @@ void DebuggedProgram::displayError(const QString& text)
 
 QString DebuggedProgram::getDebugSourceText(const Path& path, int line)
 {
-    return sourceText(path, line);
+    QFile file(path.osPath());
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    for (int number = 1; number < line && !file.atEnd(); ++number)
+        file.readLine();
+    return QString::fromUtf8(file.readLine()).trimmed();
 }

@@ -6,7 +6,6 @@
 #include "build/projectsystem/MSP430ProjectSystem.h"
 #include "build/system/MSP430BuildSystem.h"
 #include "build/workspace/BuildRun.h"
-#include "cli/SourceText.h"
 #include "projects/settings/GantryBenchEnvironmentSettings.h"
 #include "target/TargetProject.h"
 #include "target/msp430/MSP430Monitor.h"
@@ -29,7 +28,6 @@ DebuggedProject::DebuggedProject(const Choice& choice, std::function<bool()> car
     : m_carryOn(std::move(carryOn)),
       m_list(m_workspace.settings(), QTx::rootDirectory() + u"/targets/targets.xml"_s),
       m_targets(m_workspace.settings(), *this, &m_list),
-      m_debugger(this),
       m_control({m_debugger, m_targets, m_workspace.settings(), &m_terminal}, *this)
 {
     TargetProject::setPropertyClassFinder(
@@ -37,6 +35,7 @@ DebuggedProject::DebuggedProject(const Choice& choice, std::function<bool()> car
     m_workspace.projects().loadSolution(choice.solution, nullptr, nullptr);
     const QString configuration = findConfiguration(choice.configuration);
     ProjectElement* const project = findProject(choice.project);
+    m_helper.apply(m_debugger);
     m_list.load();
     TargetInterface& target = findTarget(choice.target);
     if (auto* const simulator = dynamic_cast<SimulatedHMonitor*>(&target))
@@ -128,13 +127,10 @@ bool DebuggedProject::build(ProjectElement* project, const QString& configuratio
     return done;
 }
 
-void DebuggedProject::displayError(const QString& text)
+void DebuggedProject::displayError(const QString& text) { m_helper.displayError(text); }
+
+void DebuggedProject::Helper::displayError(const QString& text)
 {
     std::fflush(stdout);
     std::fprintf(stderr, "gantry: %s\n", text.toLocal8Bit().constData());
-}
-
-QString DebuggedProject::getDebugSourceText(const Path& path, int line)
-{
-    return sourceText(path, line);
 }

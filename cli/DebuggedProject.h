@@ -5,6 +5,7 @@
 #include "debugger/msp430/MSP430Debugger.h"
 #include "debugger/session/DebugControl.h"
 #include "debugger/session/DebugSession.h"
+#include "debugger/session/DebuggerSettings.h"
 #include "script/objects/DebugScriptObject.h"
 #include "target/control/TargetControl.h"
 #include "target/control/TargetList.h"
@@ -14,9 +15,7 @@
 
 /// A project of a solution under the debugger, for a script: built if need be, loaded with its
 /// settings on one of the user's targets, and stopped at its entry.
-class DebuggedProject : private DebugControlHost,
-                        private TargetControlHost,
-                        private DebuggerHelperFunctions {
+class DebuggedProject : private DebugControlHost, private TargetControlHost {
 public:
     struct Choice {
         QString solution;      ///< the path of its file
@@ -44,14 +43,20 @@ private:
     void inputRequested() override { m_terminal.waitForLine(); }
     void displayError(const QString& text) override;
     void logError(const QString& text) override { displayError(text); }
-    QString getDebugSourceText(const Path& path, int line) override;
+
+    class Helper : public DebuggerSettings {
+    public:
+        using DebuggerSettings::DebuggerSettings;
+        void displayError(const QString& text) override;
+    };
 
     std::function<bool()> m_carryOn;
     Workspace m_workspace{{}};
     CommandLineTerminal m_terminal{std::string()};
     TargetList m_list;
     TargetControl m_targets;
-    MSP430Debugger m_debugger;
+    Helper m_helper{m_workspace.settings()};
+    MSP430Debugger m_debugger{&m_helper};
     DebugControl m_control;
     std::unique_ptr<DebugScriptObject> m_object;
 };

@@ -10,6 +10,7 @@
 #include "build/workspace/Workspace.h"
 #include "debugger/msp430/MSP430Debugger.h"
 #include "debugger/session/DebugSession.h"
+#include "debugger/session/DebuggerSettings.h"
 #include "projects/settings/GantryBenchEnvironmentSettings.h"
 #include "target/control/TargetControl.h"
 #include "target/msp430/MSP430Monitor.h"
@@ -438,6 +439,30 @@ TEST_F(DebugControlTest, RestartsAndStepsByItself)
     EXPECT_FALSE(m_control.isAutoStepping());
     EXPECT_EQ(m_host.output.right(21), u"total 89, counter 53\n");
     EXPECT_GT(m_host.takeNotes().count(u"poll 2 rest 3"_s), 20);
+}
+
+/// Says nothing.
+struct QuietSettings : DebuggerSettings {
+    using DebuggerSettings::DebuggerSettings;
+    void displayError(const QString&) override { }
+};
+
+TEST_F(DebugControlTest, FindsSourceFilesThatHaveMoved)
+{
+    m_folder.write("first/main.c", "one\n");
+    m_folder.write("second/src/main.c", "  two\nlines");
+    m_workspace.settings().sourcePath->setValue(QStringList{
+        QString::fromStdString(m_folder / "first"), QString::fromStdString(m_folder / "second")});
+    QuietSettings settings(m_workspace.settings());
+    const Path gone(u"/gone/src/main.c"_s);
+    EXPECT_EQ(settings.getDebugSourcePath(gone), Path(m_folder / "second/src/main.c"));
+    EXPECT_EQ(settings.getDebugSourcePath(Path(u"/gone/other/main.c"_s)),
+              Path(m_folder / "first/main.c"));
+    EXPECT_EQ(settings.getDebugSourcePath(Path(u"/gone/none.c"_s)), Path(u"/gone/none.c"_s));
+    EXPECT_EQ(settings.getDebugSourceText(gone, 1), u"two");
+    EXPECT_EQ(settings.getDebugSourceText(gone, 2), u"lines");
+    for (const int line : {-1, 0, 3})
+        EXPECT_EQ(settings.getDebugSourceText(gone, line), QString());
 }
 
 } // namespace
