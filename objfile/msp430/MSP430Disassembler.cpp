@@ -19,6 +19,7 @@ constexpr unsigned StackPointer = 1;
 constexpr unsigned StatusRegister = 2;
 constexpr unsigned ConstantRegister = 3;
 constexpr unsigned Indexed = 1;
+constexpr unsigned DestinationMode = 0x80;
 
 [[gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...)
 {
@@ -54,7 +55,7 @@ struct Emulation {
 };
 
 /// In the order in which they are tried. CLRC, CLRN and CLRZ are told by the destination register
-/// alone, whatever its mode.
+/// alone, whatever its mode; a word of the destination is still theirs.
 constexpr Emulation emulations[] = {
     {0xFF30, 0x6300, "ADC", true, Shown::Destination},
     {0xF0B0, 0x6000, "RLC", true, Shown::Register, Condition::SameRegister},
@@ -209,7 +210,11 @@ void Decoder::emulated(const Emulation& emulation)
 {
     const std::string name = emulation.name + (emulation.hasSize ? sizeSuffix() : std::string());
     switch (emulation.operand) {
-    case Shown::Nothing: m_line.text += name; break;
+    case Shown::Nothing:
+        if ((m_word & DestinationMode) != 0)
+            nextWord();
+        m_line.text += name;
+        break;
     case Shown::Destination: put(name, destination()); break;
     case Shown::Register: put(name, registerName(lowRegister())); break;
     case Shown::Source: {
@@ -394,7 +399,7 @@ Decoder::Operand Decoder::source(unsigned number)
 std::string Decoder::destination()
 {
     const unsigned number = lowRegister();
-    if ((m_word & 0x80) == 0)
+    if ((m_word & DestinationMode) == 0)
         return registerName(number);
     const unsigned value = nextWord() + m_destinationHigh;
     switch (number) {

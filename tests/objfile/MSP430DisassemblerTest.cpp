@@ -166,7 +166,7 @@ TEST(MSP430Disassembler, EmulatedForms)
         {{0x41B2, 0x0200}, "POP.W|&0x0200"},
         {{0x1800, 0x4175}, "POPX.A|R5"},
         {{0xC312}, "CLRC"},
-        {{0xC392}, "CLRC"}, // whatever the destination's mode
+        {{0xC392, 0x0021}, "CLRC"}, // whatever the destination's mode
         {{0xC222}, "CLRN"},
         {{0xC322}, "CLRZ"},
         {{0xC232}, "DINT"},
