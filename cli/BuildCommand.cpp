@@ -10,7 +10,7 @@
 #include "cli/BuildOptions.h"
 #include "cli/InterruptSignal.h"
 #include "packages/archive/CompressedFile.h"
-#include "projects/settings/EnvironmentSettings.h"
+#include "projects/settings/GantryBenchEnvironmentSettings.h"
 
 #include <cstdio>
 

@@ -149,6 +149,7 @@ void SimulatedHMonitor::go()
     m_stopped = false;
     m_stopReason = StopReason::Requested;
     m_errors.clearCurrent();
+    m_errors.clearLast();
     m_trace.setSize(static_cast<std::size_t>(traceBufferSize()));
     breakpointsChanged();
     try {

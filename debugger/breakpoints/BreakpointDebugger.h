@@ -29,6 +29,10 @@ public:
     /// Takes it from the target and frees it; an unknown one is left alone.
     virtual void clearBreakpoint(DebuggerBreakpoint* breakpoint) = 0;
 
+    /// Arms a breakpoint by the arrival at another, or for good with null. Throws
+    /// DebuggerBreakpointFailure if the target can't.
+    virtual void chainFrom(DebuggerBreakpoint* breakpoint, DebuggerBreakpoint* from) = 0;
+
     virtual std::set<DebuggerBreakpoint*> lastMatchedBreakpoints() = 0;
     /// The exception that the target last reported; empty if none.
     virtual QString lastMatchedException() = 0;

@@ -148,3 +148,10 @@ void evaluateBreakpointExpression(const Expression* expression,
     term.kind = BreakpointExpression::InvertedRange;
     terms.push_back(term);
 }
+
+unsigned breakpointAddress(const ExpressionType& value)
+{
+    BreakpointExpression term;
+    setAddress(term, value);
+    return term.address;
+}

@@ -3,6 +3,7 @@
 #include <list>
 
 class Expression;
+class ExpressionType;
 struct HBreakpoint;
 
 /// One term of a breakpoint's expression: an address range, and what its data is compared with.
@@ -38,3 +39,7 @@ BreakpointExpression evaluateBreakpointExpression(const Expression* expression);
 /// order.
 void evaluateBreakpointExpression(const Expression* expression,
                                   std::list<BreakpointExpression>& terms);
+
+/// The address that a number or a located value stands for. Throws DebuggerBreakpointFailure for
+/// any other.
+unsigned breakpointAddress(const ExpressionType& value);

@@ -119,8 +119,42 @@ int BreakpointList::check()
                 item->getType() == Item::Breakpoint && item->m_state == BreakpointState::Enabled;
         }
     }
+    for (Item* item : allItems())
+        updateChainFrom(item);
     m_view.refresh();
     return enabled;
+}
+
+/// A breakpoint whose arming one isn't placed is armed at once.
+void BreakpointList::updateChainFrom(Item* item)
+{
+    if (item->m_breakpoint == nullptr || item->m_chainedFrom.isEmpty())
+        return;
+    const Item* from = find(item->m_chainedFrom);
+    try {
+        m_debugger.chainFrom(item->m_breakpoint,
+                             from != nullptr && from != item ? from->m_breakpoint : nullptr);
+    } catch (const DebuggerBreakpointFailure& failure) {
+        disable(item);
+        item->m_state = BreakpointState::Invalid;
+        item->m_info = failure.text();
+    }
+}
+
+void BreakpointList::releaseChainsFrom(const Item& from)
+{
+    for (const Item* item : allItems())
+        if (item->m_breakpoint != nullptr && item != &from && item->m_chainedFrom == from.title())
+            m_debugger.chainFrom(item->m_breakpoint, nullptr);
+}
+
+void BreakpointList::setChainFrom(Item* item, const QString& title)
+{
+    const bool wasChained = !item->m_chainedFrom.isEmpty();
+    item->m_chainedFrom = title;
+    if (item->m_breakpoint != nullptr && wasChained && title.isEmpty())
+        m_debugger.chainFrom(item->m_breakpoint, nullptr);
+    check();
 }
 
 DebuggerBreakpoint* BreakpointList::place(const Item& item)
@@ -138,10 +172,12 @@ DebuggerBreakpoint* BreakpointList::place(const Item& item)
 
 void BreakpointList::disable(Item* item)
 {
-    if (item->m_breakpoint != nullptr)
+    if (item->m_breakpoint != nullptr) {
+        releaseChainsFrom(*item);
         m_debugger.clearBreakpoint(item->m_breakpoint);
-    else if (item->getType() == Item::Exception)
+    } else if (item->getType() == Item::Exception) {
         m_debugger.setExceptionEnabled(item->m_settings.expression, false);
+    }
     item->m_breakpoint = nullptr;
 }
 
@@ -244,7 +280,9 @@ void BreakpointList::updateExceptions()
             Item::Settings settings;
             settings.type = Item::Exception;
             settings.expression = name;
-            add(group, settings);
+            Item* item = add(group, settings);
+            if (m_view.isDebugging())
+                setState(item, item->m_state);
         }
     }
 }

@@ -47,6 +47,8 @@ public:
     bool isPermanent() const { return m_permanent; }
     /// Why it couldn't be placed.
     const QString& info() const { return m_info; }
+    /// The title of the breakpoint that arms this one; empty if it is armed at once.
+    const QString& chainedFrom() const { return m_chainedFrom; }
 
     /// The expression; else "FILE, line N"; else "disassembly".
     QString title() const;
@@ -61,6 +63,7 @@ private:
     bool m_matched = false;
     bool m_permanent = false;
     QString m_info;
+    QString m_chainedFrom;
 };
 
 /// A named group of breakpoints, or the exceptions of one class.
@@ -161,6 +164,9 @@ public:
     void setState(Item* item, BreakpointState state);
     /// Stores the count; a placed breakpoint is placed anew with it.
     void setIgnoreCount(Item* item, int count);
+    /// The breakpoint is armed by the arrival at the one of that title; by none with an empty
+    /// title. Not kept in sessions.
+    void setChainFrom(Item* item, const QString& title);
     void resetIgnoreCount(Item* item) { setIgnoreCount(item, item->m_settings.ignoreCount); }
 
     void enableAllBreakpoints() { setAllBreakpointState(BreakpointState::Enabled); }
@@ -185,6 +191,8 @@ private:
     Group* addGroup(const QString& name, int exceptionClass);
     DebuggerBreakpoint* place(const Item& item);
     void disable(Item* item);
+    void updateChainFrom(Item* item);
+    void releaseChainsFrom(const Item& from);
     void enable(Item* item, BreakpointState state);
     void setAllBreakpointState(BreakpointState state);
     void setBreakpointGroupState(const QString& name, BreakpointState state);

@@ -41,7 +41,7 @@ TOBFBreakpoint* TOBFDebugger::place(BreakpointChain chain, bool temporary, Break
 {
     auto breakpoint = std::make_unique<TOBFBreakpoint>(std::move(chain));
     breakpoint->setTemporary(temporary);
-    if (!m_monitor->setBreakpoint(breakpoint->breakpoint()))
+    if (!target().setBreakpoint(breakpoint->breakpoint()))
         return nullptr;
     list.insert(list.begin(), std::move(breakpoint));
     return list.front().get();
@@ -56,8 +56,7 @@ TOBFBreakpoint* TOBFDebugger::setBreakpoint(unsigned address, bool temporary, bo
     record->hardwareIndex = hardwareIndex;
     record->count = count;
     const auto named = action.isEmpty() ? -1 : int(getBreakActions().indexOf(action));
-    record->action =
-        static_cast<std::uint32_t>(named < 0 ? m_monitor->getStopActionNumber() : named);
+    record->action = static_cast<std::uint32_t>(named < 0 ? target().getStopActionNumber() : named);
     BreakpointChain chain;
     chain.push_back(std::move(record));
     return place(std::move(chain), temporary, m_breakpoints);
@@ -91,9 +90,9 @@ DebuggerBreakpoint* TOBFDebugger::setBreakpoint(const ExpressionContext& context
         throw DebuggerBreakpointFailure(exception.getCause());
     }
     BreakpointChain chain =
-        makeBreakpointChain(terms, {count, hardware, hardwareIndex, trigger, action}, *m_monitor,
+        makeBreakpointChain(terms, {count, hardware, hardwareIndex, trigger, action}, target(),
                             [this](unsigned address) { return sectionOf(address); });
-    const auto execute = static_cast<std::uint32_t>(m_monitor->getExecuteTriggerNumber());
+    const auto execute = static_cast<std::uint32_t>(target().getExecuteTriggerNumber());
     Breakpoints& list = chain.back()->trigger == execute ? m_breakpoints : m_expressionBreakpoints;
     return place(std::move(chain), temporary, list);
 }
@@ -130,9 +129,21 @@ void TOBFDebugger::clearBreakpoint(DebuggerBreakpoint* breakpoint)
         if (found == list->end())
             continue;
         m_monitor->removeBreakpoint((*found)->breakpoint());
+        releaseChainsFrom((*found)->breakpoint());
         list->erase(found);
         return;
     }
+}
+
+/// What was waiting for the arrival at a breakpoint that goes is armed.
+void TOBFDebugger::releaseChainsFrom(const HBreakpoint* from)
+{
+    for (const Breakpoints* const list : {&m_breakpoints, &m_expressionBreakpoints})
+        for (const auto& breakpoint : *list)
+            if (HBreakpoint& head = *breakpoint->breakpoint(); head.enabledBy == from) {
+                head.enabledBy = nullptr;
+                head.enabled = true;
+            }
 }
 
 bool TOBFDebugger::canBreakAt(const QString& name, const Path& file, int line,
@@ -152,7 +163,7 @@ bool TOBFDebugger::canBreakAt(const QString& name, const Path& file, int line,
 
 void TOBFDebugger::chainFrom(DebuggerBreakpoint* breakpoint, DebuggerBreakpoint* from)
 {
-    if (!m_monitor->canChain())
+    if (!target().canChain())
         throw DebuggerBreakpointFailure("Chaining not supported");
     HBreakpoint& head = *static_cast<TOBFBreakpoint*>(breakpoint)->breakpoint();
     head.enabledBy = from ? static_cast<TOBFBreakpoint*>(from)->breakpoint() : nullptr;
@@ -163,4 +174,34 @@ SymbolicDebuggerInterface::BreakpointSet TOBFDebugger::lastMatchedBreakpoints()
 {
     DebuggerBreakpoint* const matched = m_monitor ? findBreakpoint(m_monitor->matched()) : nullptr;
     return matched ? BreakpointSet{matched} : BreakpointSet{};
+}
+
+// Exceptions
+
+QString TOBFDebugger::lastMatchedException()
+{
+    unsigned address = 0;
+    const char* const error = m_monitor ? m_monitor->lastError(address) : nullptr;
+    return QString::fromLatin1(error);
+}
+
+QStringList TOBFDebugger::getExceptionClasses() { return {u"Program Errors"_s}; }
+
+QStringList TOBFDebugger::getExceptionTypes(unsigned exceptionClass)
+{
+    QStringList names;
+    for (int i = 0; targetHasExceptionClass(exceptionClass) && i < m_monitor->numErrors(); ++i)
+        names << QString::fromLatin1(m_monitor->getError(i));
+    return names;
+}
+
+bool TOBFDebugger::targetHasExceptionClass(unsigned exceptionClass)
+{
+    return exceptionClass == 0 && m_monitor && m_monitor->numErrors() > 0;
+}
+
+void TOBFDebugger::setExceptionEnabled(const QString& exception, bool enabled)
+{
+    if (m_monitor)
+        m_monitor->setErrorEnabled(exception.toLatin1().constData(), enabled);
 }

@@ -14,6 +14,13 @@ constexpr unsigned NoDebugIO = 0xFFFFFFFF;
 
 } // namespace
 
+HMonitor& TOBFDebugger::target() const
+{
+    if (!m_monitor)
+        throw HException("there is no target to debug on");
+    return *m_monitor;
+}
+
 void TOBFDebugger::start(const QString& entry, bool stayStopped)
 {
     unsigned address = 0;
@@ -29,8 +36,9 @@ void TOBFDebugger::start(const QString& entry, bool stayStopped)
     m_debugIO.reset();
     if (!stayStopped)
         enableDebugIO();
+    HMonitor& monitor = target();
     m_stopped = false;
-    m_monitor->startDebugging(true, address, stayStopped);
+    monitor.startDebugging(true, address, stayStopped);
 }
 
 void TOBFDebugger::attach()
@@ -41,23 +49,26 @@ void TOBFDebugger::attach()
 
 void TOBFDebugger::go()
 {
+    HMonitor& monitor = target();
     enableDebugIO();
     m_stopped = false;
-    m_monitor->go();
+    monitor.go();
 }
 
 void TOBFDebugger::stop()
 {
-    m_monitor->stop();
     m_stopped = true;
+    if (m_monitor)
+        m_monitor->stop();
 }
 
 void TOBFDebugger::step(bool instruction, bool over)
 {
     TargetRegisterInterface* const registers = liveRegisters();
     const auto stepTarget = [&] {
+        HMonitor& monitor = target();
         m_stopped = false;
-        m_monitor->step();
+        monitor.step();
     };
     if (!registers || (helper().debuggerUseHardwareStep() && instruction && !over)) {
         stepTarget();
@@ -85,6 +96,8 @@ void TOBFDebugger::stepout(Frame* frame)
 
 bool TOBFDebugger::isStopped()
 {
+    if (!m_monitor)
+        return m_stopped;
     try {
         unsigned operation = 0;
         if (m_monitor->isStopped()) {

@@ -15,10 +15,15 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-TOBFDebugger::TOBFDebugger(DebuggerHelperFunctions* helper) : SymbolicDebuggerInterface(helper) { }
+TOBFDebugger::TOBFDebugger(DebuggerHelperFunctions* helper) : SymbolicDebuggerInterface(helper)
+{
+    ObjectDisassembler::active = this;
+}
 
 TOBFDebugger::~TOBFDebugger()
 {
+    if (ObjectDisassembler::active == this)
+        ObjectDisassembler::active = nullptr;
     for (SymbolicDebug* const one : m_symbols)
         TOBFfiles::release(one);
 }
@@ -73,8 +78,12 @@ void TOBFDebugger::unloadSymbols(const Path& executable)
                      [&](const SymbolicDebug* one) { return one->path() == executable; });
     if (known == m_symbols.end())
         return;
-    TOBFfiles::release(*known);
+    SymbolicDebug* const gone = *known;
     m_symbols.erase(known);
+    for (Frame& frame : m_frames)
+        if (frame.symbols == gone)
+            frame.symbols = symbols(frame.registers->getPC());
+    TOBFfiles::release(gone);
 }
 
 SymbolicDebug* TOBFDebugger::symbols(unsigned pc)

@@ -22,6 +22,7 @@ class TOBFDebugger : public SymbolicDebuggerInterface,
                      public ObjectDisassembler,
                      protected TOBFExpressionEvaluator {
 public:
+    /// The newest one is the disassembler of object files.
     explicit TOBFDebugger(DebuggerHelperFunctions* helper);
     ~TOBFDebugger() override;
 
@@ -85,6 +86,13 @@ public:
                     DebuggerBreakpoint*& existing) override;
     void chainFrom(DebuggerBreakpoint* breakpoint, DebuggerBreakpoint* from) override;
     BreakpointSet lastMatchedBreakpoints() override;
+
+    // Exceptions: the faults that the target finds in a program
+    QString lastMatchedException() override;
+    QStringList getExceptionClasses() override;
+    QStringList getExceptionTypes(unsigned exceptionClass) override;
+    bool targetHasExceptionClass(unsigned exceptionClass) override;
+    void setExceptionEnabled(const QString& exception, bool enabled) override;
 
     // Counts and trace
     void resetExecutionCount() override;
@@ -201,6 +209,8 @@ private:
 
     void setFrames(std::unique_ptr<TargetRegisterInterface> own, TargetRegisterInterface* innermost,
                    bool live);
+    /// Throws HException without one.
+    HMonitor& target() const;
     void step(bool instruction, bool over);
     void resume();
     void handleBreakpoint();
@@ -211,6 +221,7 @@ private:
     bool handleDebugIO(unsigned& operation);
     TOBFBreakpoint* findBreakpoint(const HBreakpoint* record);
     Breakpoints::iterator findBreakpoint(Breakpoints& list, const DebuggerBreakpoint* breakpoint);
+    void releaseChainsFrom(const HBreakpoint* from);
     TOBFBreakpoint* place(BreakpointChain chain, bool temporary, Breakpoints& list);
     TOBFSection* sectionOf(unsigned address);
     TOBFSymbol* localSymbol(const char* name, unsigned pc);

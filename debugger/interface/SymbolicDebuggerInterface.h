@@ -82,8 +82,6 @@ public:
     /// True if the line has code; `existing` is then a breakpoint at its address, or null.
     virtual bool canBreakAt(const QString& name, const Path& file, int line,
                             DebuggerBreakpoint*& existing) = 0;
-    /// Arms a breakpoint by the arrival at another, or for good with null.
-    virtual void chainFrom(DebuggerBreakpoint* breakpoint, DebuggerBreakpoint* from) = 0;
     QString lastMatchedException() override { return {}; }
 
     virtual int getAddressSizeInBytes() = 0;

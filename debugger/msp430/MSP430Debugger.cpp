@@ -4,6 +4,7 @@
 #include "debugger/msp430/MSP430StackWalk.h"
 #include "objfile/model/TOBFSymbol.h"
 #include "objfile/model/TOBFType.h"
+#include "objfile/msp430/TOBFMSP430Insn.h"
 #include "target/HMonitor.h"
 #include "target/msp430/MSP430MonitorInterface.h"
 
@@ -15,6 +16,8 @@ namespace {
 
 constexpr unsigned ResetVector = 0xFFFE;
 constexpr unsigned SR = 2;
+constexpr unsigned RETI = 0x1300;
+constexpr unsigned RET = 0x4130;
 constexpr unsigned InterruptEnable = 1U << 3;
 
 /// The status register by its flags, as an expression, and the bit of each.
@@ -176,17 +179,33 @@ MSP430Debugger::callersOf(TargetRegisterInterface* innermost)
 {
     MSP430StackWalk walk(
         dataMemory(), [this](unsigned address) { return getInsnAt(address); },
-        [this](unsigned pc) -> MSP430StackWalk::SavedRegisters {
+        [this](unsigned pc) -> MSP430StackWalk::Function {
             const TOBFSymbol* const function = findFunctionSymbol(pc);
             if (!function)
                 return {};
             const auto* const type = static_cast<TOBFFunctionType*>(function->type());
-            return {type->savedOffset(), static_cast<unsigned>(type->savedMask())};
+            return {type->savedOffset(), static_cast<unsigned>(type->savedMask()),
+                    isInterruptHandler(pc)};
         });
     std::vector<std::unique_ptr<TargetRegisterInterface>> callers;
     for (auto& registers : walk.callers(asMSP430(innermost), {ramEnd(), m_maximumCalls}))
         callers.push_back(std::move(registers));
     return callers;
+}
+
+/// Whether the function returns as handlers do, as the code from the PC on tells.
+bool MSP430Debugger::isInterruptHandler(unsigned pc)
+{
+    const TOBFSymbol* const function = findFunctionSymbol(pc);
+    for (TOBFInsn* item = getInsnAt(pc); item && item->length() > 0;
+         item = getInsnAt(pc += static_cast<unsigned>(item->length()))) {
+        auto* const insn = dynamic_cast<TOBFMSP430Insn*>(item);
+        if (insn && insn->opcode() == RETI)
+            return findFunctionSymbol(pc) == function;
+        if (insn && insn->opcode() == RET)
+            return false;
+    }
+    return false;
 }
 
 unsigned MSP430Debugger::nextInstruction(TargetRegisterInterface* registers, bool over,

@@ -39,6 +39,7 @@ protected:
     QString registerNumberToName(unsigned number) override;
 
 private:
+    bool isInterruptHandler(unsigned pc);
     bool hasMSP430X() const;
     unsigned ramEnd() const;
     void addStatusRegister(Frame* frame, VariableListBuilder* builder, const QString& name);

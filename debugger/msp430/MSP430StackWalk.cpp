@@ -9,6 +9,7 @@
 namespace {
 
 constexpr unsigned SP = 1;
+constexpr unsigned SR = 2;
 constexpr unsigned FirstSavedRegister = 2;
 /// Peripherals lie below; reading them may change them.
 constexpr unsigned FirstCachedAddress = 0x200;
@@ -38,36 +39,64 @@ bool hasAdjustment(const TOBFInsn* item)
 
 } // namespace
 
-MSP430StackWalk::MSP430StackWalk(TargetMemoryInterface* memory, InsnAt insnAt, SavedBy savedBy)
+MSP430StackWalk::MSP430StackWalk(TargetMemoryInterface* memory, InsnAt insnAt,
+                                 FunctionAt functionAt)
     : m_memory(memory),
       m_insnAt(std::move(insnAt)),
-      m_savedBy(std::move(savedBy))
+      m_functionAt(std::move(functionAt))
 {
 }
 
 MSP430StackWalk::Callers MSP430StackWalk::callers(MSP430Registers& innermost, Limits limits)
 {
     Callers found;
+    Position at = {innermost.getPC(), innermost.getSP(), false};
+    if (const TOBFInsn* item = m_insnAt(at.pc); hasAdjustment(item)) {
+        at.sp -= static_cast<unsigned>(item->stackAdjustment());
+        at.isReturn = true;
+    }
+    for (unsigned slot = 0; slot < limits.depth && at.sp <= limits.ramEnd + 1; ++slot)
+        if (!findInterrupted(innermost, at, found) && !findCaller(innermost, at, found))
+            break;
+    return found;
+}
+
+/// Takes one slot. False if the stack ends there.
+bool MSP430StackWalk::findCaller(MSP430Registers& innermost, Position& at, Callers& found)
+{
     const bool extended = innermost.extended();
     const unsigned step = slotSize(extended);
-    unsigned pc = innermost.getPC();
-    unsigned sp = innermost.getSP();
-    if (const TOBFInsn* item = m_insnAt(pc); hasAdjustment(item))
-        sp -= static_cast<unsigned>(item->stackAdjustment());
-    for (unsigned slot = 0; slot < limits.depth && sp <= limits.ramEnd + 1; ++slot) {
-        const unsigned returnAddress = returnAddressAt(sp, extended);
-        const TOBFInsn* const call = callBefore(returnAddress, extended);
-        if (call) {
-            found.push_back(callerOf(innermost, pc, sp, returnAddress));
-            pc = returnAddress;
-            sp += step;
-        }
-        const unsigned before = sp;
-        sp += hasAdjustment(call) ? 0U - static_cast<unsigned>(call->stackAdjustment()) : step;
-        if (sp < before)
-            break;
+    const unsigned returnAddress = returnAddressAt(at.sp, extended);
+    const TOBFInsn* const call = callBefore(returnAddress, extended);
+    if (call) {
+        addCaller(innermost, at, returnAddress, at.sp + step, found);
+        at.pc = returnAddress;
+        at.sp += step;
     }
-    return found;
+    const unsigned before = at.sp;
+    at.isReturn = hasAdjustment(call);
+    at.sp += at.isReturn ? 0U - static_cast<unsigned>(call->stackAdjustment()) : step;
+    return at.sp >= before;
+}
+
+/// A handler returns to an address of the program; the status register lies below it, and has its
+/// upper bits.
+bool MSP430StackWalk::findInterrupted(MSP430Registers& innermost, Position& at, Callers& found)
+{
+    if (!at.isReturn || !m_functionAt(at.pc).isInterruptHandler)
+        return false;
+    const unsigned status = peekWord(at.sp - 2);
+    unsigned returnAddress = peekWord(at.sp);
+    if (innermost.extended())
+        returnAddress |= (status & 0xF000) << 4;
+    const TOBFInsn* const interrupted = m_insnAt(returnAddress);
+    if (!interrupted)
+        return false;
+    addCaller(innermost, at, returnAddress, at.sp + 2, found).setValue(SR, status & 0x0FFF);
+    const unsigned depth =
+        hasAdjustment(interrupted) ? 0U - static_cast<unsigned>(interrupted->stackAdjustment()) : 0;
+    at = {returnAddress, at.sp + 2 + depth, hasAdjustment(interrupted)};
+    return true;
 }
 
 unsigned MSP430StackWalk::returnAddressAt(unsigned sp, bool extended)
@@ -84,21 +113,20 @@ TOBFInsn* MSP430StackWalk::callBefore(unsigned returnAddress, bool extended) con
     return isCall(item, extended) ? item : nullptr;
 }
 
-std::unique_ptr<MSP430Registers> MSP430StackWalk::callerOf(const MSP430Registers& innermost,
-                                                           unsigned pc, unsigned sp,
-                                                           unsigned returnAddress)
+MSP430Registers& MSP430StackWalk::addCaller(const MSP430Registers& innermost, const Position& at,
+                                            unsigned returnAddress, unsigned sp, Callers& found)
 {
     auto registers = std::make_unique<MSP430Registers>(innermost);
-    registers->setValue(SP, sp + slotSize(innermost.extended()));
+    registers->setValue(SP, sp);
     registers->setPC(returnAddress);
-    const SavedRegisters saved = m_savedBy(pc);
-    unsigned address = sp + static_cast<unsigned>(saved.offset);
+    const Function function = m_functionAt(at.pc);
+    unsigned address = at.sp + static_cast<unsigned>(function.savedOffset);
     for (unsigned number = FirstSavedRegister; number < MSP430Registers::Count; ++number)
-        if (saved.mask >> number & 1) {
+        if (function.savedMask >> number & 1) {
             registers->setValue(number, peekWord(address));
             address += 2;
         }
-    return registers;
+    return *found.emplace_back(std::move(registers));
 }
 
 /// A word of the stack. What can't be read is no return address.

@@ -3,9 +3,8 @@
 #include "base/HException.h"
 #include "debugger/expressions/ParserException.h"
 #include "debugger/session/DebugSession.h"
+#include "script/objects/DebugScriptCall.h"
 #include "script/objects/JavaScriptVariableView.h"
-
-#include <functional>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -16,12 +15,12 @@ DebugScriptObject& self(const ESCall& call)
     return *static_cast<DebugScriptObject*>(call.function->objectClass);
 }
 
-SymbolicDebuggerInterface& debuggerOf(const ESCall& call)
-{
-    return self(call).session().debugger();
-}
+} // namespace
 
-/// Failures of the debugger become those of the script.
+DebugSession& sessionOf(const ESCall& call) { return self(call).session(); }
+
+SymbolicDebuggerInterface& debuggerOf(const ESCall& call) { return sessionOf(call).debugger(); }
+
 ESValue guarded(const ESCall& call, const std::function<ESValue()>& work)
 {
     QString failure;
@@ -36,6 +35,8 @@ ESValue guarded(const ESCall& call, const std::function<ESValue()>& work)
     }
     call.context.throwException(ESContext::ErrorKind::Error, failure);
 }
+
+namespace {
 
 ExpressionContext contextOf(const ESCall& call, int frame = 0)
 {
@@ -213,7 +214,20 @@ constexpr ESNative Functions[] = {{"break", 2, breakAt},
                                   {"locals", 0, locals},
                                   {"registers", 0, registers},
                                   {"breakOn", 2, breakOn},
-                                  {"clearBreakpoints", 0, clearBreakpoints}};
+                                  {"clearBreakpoints", 0, clearBreakpoints},
+                                  {"setTraceEnabled", 1, setTraceEnabled},
+                                  {"getTrace", 0, getTrace},
+                                  {"resetTrace", 0, resetTrace},
+                                  {"setExecutionCountEnabled", 1, setExecutionCountEnabled},
+                                  {"getExecutionCounts", 0, getExecutionCounts},
+                                  {"resetExecutionCount", 0, resetExecutionCount},
+                                  {"cycles", 0, cycles},
+                                  {"interrupts", 0, interrupts},
+                                  {"raiseInterrupt", 1, raiseInterrupt},
+                                  {"exceptions", 0, exceptions},
+                                  {"setExceptionEnabled", 2, setExceptionEnabled},
+                                  {"lastException", 0, lastException},
+                                  {"disassembly", 2, disassembly}};
 
 } // namespace
 

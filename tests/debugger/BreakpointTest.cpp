@@ -230,6 +230,13 @@ public:
         calls.append(QStringLiteral("clear ") + names.at(breakpoint));
         std::erase_if(breakpoints, [=](const auto& it) { return it.get() == breakpoint; });
     }
+    void chainFrom(DebuggerBreakpoint* breakpoint, DebuggerBreakpoint* from) override
+    {
+        if (names.at(breakpoint) == u"alone")
+            throw DebuggerBreakpointFailure("Chaining not supported");
+        calls.append(QStringLiteral("chain ") + names.at(breakpoint)
+                     + (from ? QStringLiteral(" from ") + names.at(from) : QString()));
+    }
     std::set<DebuggerBreakpoint*> lastMatchedBreakpoints() override { return matched; }
     QString lastMatchedException() override { return exception; }
     QStringList getExceptionClasses() override { return classes; }
@@ -466,6 +473,31 @@ TEST_F(BreakpointListTest, ExceptionsOfTheTargetHaveGroups)
     m_list.updateExceptions();
     EXPECT_EQ(m_list.groups().size(), 1U);
     EXPECT_EQ(m_list.findGroup(QStringLiteral("Faults"))->items().size(), 2U);
+}
+
+TEST_F(BreakpointListTest, OneArmsAnother)
+{
+    m_list.setBreakpoint(m_file, 1, QStringLiteral("first"));
+    BreakpointListItem* second = m_list.setBreakpoint(m_file, 2, QStringLiteral("second"));
+    m_list.setChainFrom(second, QStringLiteral("first"));
+    EXPECT_TRUE(m_debugger.takeCalls().isEmpty());
+    startDebugging();
+    EXPECT_EQ(m_debugger.takeCalls().join(u';'), u"set first;set second;chain second from first");
+    // The one that goes lets go of the other, and comes back.
+    m_list.setState(m_list.find(QStringLiteral("first")), State::Disabled);
+    EXPECT_EQ(m_debugger.takeCalls().join(u';'), u"chain second;clear first");
+    m_list.setBreakpoint(m_file, 1, QStringLiteral("first"), State::Enabled);
+    EXPECT_EQ(m_debugger.takeCalls().join(u';'), u"set first;chain second from first");
+    m_list.setChainFrom(second, QString());
+    EXPECT_EQ(m_debugger.takeCalls().join(u';'), u"chain second");
+    // A target that can't, and a breakpoint that would arm itself.
+    BreakpointListItem* alone = m_list.setBreakpoint(m_file, 3, QStringLiteral("alone"));
+    m_list.setChainFrom(alone, QStringLiteral("first"));
+    EXPECT_EQ(alone->state(), State::Invalid);
+    EXPECT_EQ(alone->info(), u"Chaining not supported");
+    m_debugger.takeCalls();
+    m_list.setChainFrom(second, QStringLiteral("second"));
+    EXPECT_TRUE(m_debugger.takeCalls().contains(QStringLiteral("chain second")));
 }
 
 TEST_F(BreakpointListTest, SessionsKeepThem)

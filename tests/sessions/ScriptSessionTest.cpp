@@ -19,7 +19,7 @@ protected:
     Outcome script(const std::string& source)
     {
         if (m_program.empty())
-            m_program = buildProgram(m_folder, {"tour.c", "other.c"}, "-O0");
+            build({"tour.c", "other.c"});
         const std::string file = m_folder / "script.js";
         const std::string output = m_folder / "output";
         std::ofstream(file) << source;
@@ -31,6 +31,21 @@ protected:
         std::ostringstream text;
         text << in.rdbuf();
         return {WEXITSTATUS(status), text.str()};
+    }
+
+    void build(const std::vector<std::string>& sources, const std::string& options = "-O0")
+    {
+        m_program = buildProgram(m_folder, sources, options + " -D__MSP430F449__");
+    }
+
+    /// Of tour.c, 1-based.
+    static int lineOf(const std::string& text)
+    {
+        std::ifstream in(GANTRY_TEST_DATA "/programs/tour.c");
+        int number = 1;
+        for (std::string line; std::getline(in, line) && line.find(text) == std::string::npos;)
+            ++number;
+        return number;
     }
 
 private:
@@ -76,6 +91,126 @@ TEST_F(ScriptSession, DrivesTheProgram)
               "line 22: No code for breakpoint\n"
               "total 1047, counter 53\n"
               "false false\n");
+    EXPECT_EQ(outcome.status, 0);
+}
+
+/// Steps into everything that has source, and checks what must hold at every stop.
+constexpr const char* Walk = R"(
+    var stops = 0, wrong = '', deepest = 0, seen = new Object();
+    function check(holds, what) {
+        if (!holds && wrong.length < 500) {
+            var at = Debug.location();
+            wrong += what + ' at ' + at.function + ':' + at.line + '; ';
+        }
+    }
+    function value(expression, depth) { return Debug.evaluate(expression, depth); }
+    // Past the first instructions of a function its locals are in their places.
+    function inBody(at) { return at.line > first[at.function]; }
+    var first = new Object();
+    function note(at) { if (!first[at.function]) first[at.function] = at.line; }
+
+    function checkStop(at) {
+        var stack = Debug.callstack();
+        note(at);
+        seen[at.function] = true;
+        if (stack.length > deepest) deepest = stack.length;
+        check(at.file == (at.function == 'other' ? 'other.c' : 'tour.c'), 'file');
+        check(stack[0].line == at.line && stack[0].address == at.address, 'top of the stack');
+        if (!inBody(at)) return;
+        var caller = stack[1].function;
+        if (at.function == 'factorial') {
+            var n = value('n', 0), depth = 4 - n;
+            for (var k = 1; k <= depth; k++) {
+                check(stack[k].function == 'factorial', 'caller ' + k);
+                check(value('n', k) == n + k, 'n of ' + k);
+            }
+            check(stack[depth + 1].function == 'main', 'outermost caller');
+        }
+        if (at.function == 'main') {
+            var i = value('i', 0);
+            check(i >= 0 && i <= 5, 'i');
+            for (var j = 0; j < i && j < 5; j++) check(value('squares[' + j + ']', 0) == j * j, 'square');
+        }
+        if (at.function == 'twice') {
+            check(caller == 'main' || caller == 'apply', 'caller of twice');
+            check(value('x', 0) == (caller == 'main' ? 24 : 21), 'x');
+        }
+        if (at.function == 'apply') check(value('argument', 0) == 21, 'argument');
+        if (at.function == 'sum') {
+            var r = value('result', 0);
+            check(r == 0 || r == 10 || r == 30 || r == 60, 'result');
+        }
+        if (at.function == 'other') check(value('counter', 1) == 53 && value('by', 0) == 53, 'statics');
+    }
+
+    Debug.breakOn('main');
+    Debug.go();
+    Debug.clearBreakpoints();
+    do {
+        var at = Debug.location();
+        if (at.line == 0) break; // main has returned
+        stops++;
+        checkStop(at);
+    } while (at.line == lastLine ? Debug.stepover() : Debug.step());
+    var names = '';
+    for (var name in seen) names += name + ' ';
+    WScript.Echo(names + '| ' + (stops > 40) + ' ' + deepest + ' | ' + wrong);
+)";
+
+TEST_F(ScriptSession, WalksThroughAWholeProgram)
+{
+    build({"tour.c", "other.c"});
+    const Outcome outcome =
+        script("var lastLine = " + std::to_string(lineOf("printf(")) + ";" + Walk);
+    EXPECT_EQ(outcome.output,
+              "total 89, counter 53\nmain factorial twice apply sum other | true 6 | \n");
+}
+
+TEST_F(ScriptSession, SeesWhatTheTargetRecords)
+{
+    build({"interrupts.c"});
+    const Outcome outcome = script(R"(
+        Debug.break('interrupts.c', 26); // the loop
+        Debug.go();
+        Debug.clearBreakpoints();
+        WScript.Echo(Debug.interrupts().length + ' ' + Debug.interrupts()[6]);
+        Debug.setTraceEnabled(true);
+        Debug.setExecutionCountEnabled(true);
+        Debug.resetExecutionCount();
+        var before = Debug.cycles();
+        Debug.raiseInterrupt(6);
+        Debug.breakOn('count');
+        Debug.go();
+        var stack = Debug.callstack();
+        WScript.Echo(stack[0].function + ' ' + stack[1].function + ' ' + stack[2].function);
+        var trace = Debug.getTrace();
+        var last = trace[trace.length - 1];
+        WScript.Echo((last.text.indexOf('CALL') > 0) + ' ' + (last.cycles <= Debug.cycles())
+                     + ' ' + (Debug.cycles() > before));
+        var counts = Debug.getExecutionCounts(), loops = 0;
+        for (var i = 0; i < counts.length; i++)
+            if (counts[i].count > loops) loops = counts[i].count;
+        WScript.Echo(loops > 1);
+        var lines = Debug.disassembly();
+        WScript.Echo(lines.length + ' ' + (lines[0].indexOf('SUB') > 0) + ' '
+                     + (Debug.disassembly(last.address, 2)[0].indexOf('CALL') >= 0));
+        try { Debug.raiseInterrupt(99) } catch (e) { WScript.Echo(e.message) }
+        Debug.resetTrace();
+        WScript.Echo(Debug.getTrace().length + ' ' + Debug.exceptions()[1]);
+        Debug.clearBreakpoints();
+        Debug.evaluate('@SP = 0xA00'); // the return address is that of no memory
+        WScript.Echo(Debug.go() + ' ' + Debug.lastException());
+    )");
+    EXPECT_EQ(outcome.output,
+              "16 Priority 6 - 0xffec\n"
+              "count tick main\n"
+              "true true true\n"
+              "true\n"
+              "10 true true\n"
+              "line 26: there is no such interrupt\n"
+              "0 Address outside memory range on read\n"
+              "gantry: Address outside memory range on read at 0x000000\n"
+              "true Address outside memory range on read\n");
     EXPECT_EQ(outcome.status, 0);
 }
 

@@ -14,6 +14,9 @@ constexpr const char* Placement =
     "-TCODE,CONST=1100-ffe0 -TIDATA0,UDATA0=200-a00 -TINTVEC=ffe0-fffd -TRESET=fffe-ffff "
     "-D___RAM_Address=512 -D___RAM_Size=2048";
 
+/// Cycles; a program that runs wild is stopped, which its test notices.
+constexpr std::uint64_t LongestRun = 20'000'000;
+
 void run(const std::string& command) { ASSERT_EQ(std::system(command.c_str()), 0) << command; }
 
 /// Rows as "name=value", those within others in braces.
@@ -52,6 +55,7 @@ Session::Session(const std::vector<std::string>& sources, const std::string& opt
     for (const std::string& source : sources)
         findMarks(source);
     m_monitor.setIdentifyString(Device);
+    m_monitor.setRunLimits({.cycles = LongestRun});
     m_monitor.connect(false);
     TOBFModule* const module = TOBFfiles::getModule(Path(m_program));
     m_monitor.loadTOBFModule(module);
@@ -111,6 +115,11 @@ const Session::Mark& Session::mark(const std::string& name) const
             return one;
     ADD_FAILURE() << "no mark " << name;
     return m_marks.front();
+}
+
+std::pair<Path, int> Session::placeOf(const std::string& name) const
+{
+    return {mark(name).file, mark(name).line};
 }
 
 QString Session::getDebugSourceText(const Path& path, int line)

@@ -23,6 +23,9 @@ public:
     Session(const std::vector<std::string>& sources, const std::string& options);
     ~Session() override;
 
+    const std::string& program() const { return m_program; }
+    /// Where a mark stands.
+    std::pair<Path, int> placeOf(const std::string& mark) const;
     MSP430Debugger& debugger() { return m_debugger; }
     MSP430Monitor& monitor() { return m_monitor; }
 

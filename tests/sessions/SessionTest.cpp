@@ -3,6 +3,9 @@
 #include "Session.h"
 
 #include "InstalledTree.h"
+#include "base/HException.h"
+#include "objfile/query/FileMappings.h"
+#include "objfile/query/TOBFObjectFileInterface.h"
 
 namespace {
 
@@ -166,6 +169,38 @@ TEST(Session, ShowsDisassemblyWithSource)
     EXPECT_TRUE(lines.filter(QStringLiteral("--- tour.c -- ")).size() > 0);
     for (const QString& text : lines)
         EXPECT_FALSE(text.contains(QStringLiteral("????"))) << text.toStdString();
+}
+
+TEST(Session, WithoutATargetHasNothingToRun)
+{
+    Session session(Tour, "-O0");
+    session.startTo("loop");
+    session.debugger().clear();
+    EXPECT_TRUE(session.debugger().isStopped());
+    EXPECT_EQ(session.where(), "nowhere");
+    EXPECT_EQ(session.value("total"), "total symbol not found");
+    EXPECT_EQ(session.value("*(int *)0x200"), "0");
+    EXPECT_THROW(session.debugger().go(), HException);
+    EXPECT_THROW(session.debugger().stepinto(false), HException);
+    EXPECT_THROW(session.breakOn("0x1100"), HException);
+    session.debugger().stop();
+}
+
+TEST(Session, ShowsTheInstructionsOfALine)
+{
+    Session session(Tour, "-O0");
+    TOBFObjectFileInterface file{Path(session.program())};
+    FileMappings mappings;
+    const auto [source, line] = session.placeOf("twice");
+    ASSERT_TRUE(file.disassemble(source, unsigned(line), &mappings));
+    mappings.create();
+    session.startTo("twice");
+    const QStringList& lines = file.disassemblyLines();
+    ASSERT_GE(lines.size(), 2);
+    for (const QString& text : lines)
+        EXPECT_TRUE(text.contains(QStringLiteral("R1"))) << text.toStdString();
+    EXPECT_EQ(mappings.lineOf(session.monitor().registers()->getPC()), 1);
+    EXPECT_FALSE(file.disassemble(source, 1, &mappings));
 }
 
 } // namespace

@@ -6,7 +6,7 @@
 
 class BenchDescription;
 class BuildLogModel;
-class EnvironmentSettings;
+class GantryBenchEnvironmentSettings;
 class MacroSystem;
 class MSP430BuildSystem;
 class MSP430ProjectSystem;
@@ -28,7 +28,7 @@ public:
     Workspace& operator=(const Workspace&) = delete;
 
     MacroSystem& macros() { return *m_macros; }
-    EnvironmentSettings& settings() { return *m_settings; }
+    GantryBenchEnvironmentSettings& settings() { return *m_settings; }
     MSP430ProjectSystem& projects() { return *m_projects; }
     MSP430BuildSystem& builds() { return *m_builds; }
     BuildLogModel& log() { return *m_log; }
@@ -36,7 +36,7 @@ public:
 private:
     std::unique_ptr<BenchDescription> m_description;
     std::unique_ptr<MacroSystem> m_macros;
-    std::unique_ptr<EnvironmentSettings> m_settings;
+    std::unique_ptr<GantryBenchEnvironmentSettings> m_settings;
     std::unique_ptr<MSP430ProjectSystem> m_projects;
     std::unique_ptr<MSP430BuildSystem> m_builds;
     std::unique_ptr<BuildLogModel> m_log;
