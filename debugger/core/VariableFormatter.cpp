@@ -5,12 +5,17 @@
 #include "objfile/model/TOBFType.h"
 
 #include <algorithm>
+#include <cstring>
+#include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
 constexpr unsigned LongestString = 256;
+/// Where it isn't known what lies behind a pointer, reads end at multiples of this: so do memories,
+/// and a read that goes beyond one gives nothing.
+constexpr unsigned ReadBoundary = 128;
 /// A structure may point at itself, and a builder may want to see everything.
 constexpr int DeepestLevel = 32;
 
@@ -51,6 +56,10 @@ ExpressionType addressSizeString(const MyMarker& marker)
         u"0x%1 (%2 bytes)"_s.arg(marker.address(), 4, 16, QChar(u'0')).arg(marker.size()));
 }
 
+bool isCharacter(const TOBFType* type) { return type && type->isSimple() && type->size() == 1; }
+
+unsigned bytesToBoundary(unsigned address) { return ReadBoundary - address % ReadBoundary; }
+
 /// Counts a level for as long as it lives.
 class Level {
 public:
@@ -90,6 +99,15 @@ void VariableFormatter::formatVariable(const QString& name, const QString& expre
     }
 }
 
+ExpressionType VariableFormatter::field(MyMarker* structure, const char* name)
+{
+    try {
+        return m_evaluator.getDereference(structure, name);
+    } catch (const ParserException& exception) {
+        return textValue(exception.getCause());
+    }
+}
+
 void VariableFormatter::addPrimitive(const Row& row, const ExpressionType& value, TOBFType* type)
 {
     m_builder.addPrimitive(row.name, row.expression, value, typeText(type), row.marker);
@@ -105,7 +123,7 @@ void VariableFormatter::formatType(const Row& row, TOBFType* type)
     else if (type->isArray() || type->isCountedArray())
         formatArray(row, type);
     else if (type->isStruc())
-        formatStruct(row, type, u"."_s);
+        formatStruct(row, type);
     else if (type->isFunction())
         addPrimitive(row, addressOf(*row.marker), type);
     else
@@ -114,94 +132,126 @@ void VariableFormatter::formatType(const Row& row, TOBFType* type)
 
 void VariableFormatter::formatPtr(const Row& row, TOBFType* type)
 {
+    const TOBFType* const pointee = withoutQualifiers(type->getElementType());
     unsigned count = 1;
-    const auto mode =
-        m_builder.getPointerEvalMode(row.name, row.expression, row.marker->size(), count);
+    const auto mode = m_builder.getPointerEvalMode(
+        row.name, row.expression, pointee ? static_cast<unsigned>(pointee->size()) : 0, count);
     const ExpressionType pointer = m_evaluator.getValue(row.marker);
     if (mode == VariableListBuilder::Value) {
         addPrimitive(row, pointer, type);
         return;
     }
-    const ExpressionType target = m_evaluator.getDereference(row.marker, 0U);
-    const Row targetRow = {row.name, row.expression, markerOf(target)};
-    if (!targetRow.marker) {
-        addPrimitive(row, pointer, type);
-    } else if (mode == VariableListBuilder::AsString) {
-        addString(targetRow, LongestString);
+    const ExpressionType place = m_evaluator.getDereference(row.marker, 0U);
+    MyMarker* const target = markerOf(place);
+    if (mode == VariableListBuilder::AsString) {
+        addString(row, *target, LongestString);
     } else if (mode == VariableListBuilder::AsArray) {
         void* const handle = m_builder.beginArray(row.name, row.expression, pointer, typeText(type),
-                                                  row.marker, count * targetRow.marker->size());
+                                                  row.marker, count * target->size());
         formatElements(row, count);
         m_builder.endArray(handle);
     } else {
-        TOBFType* const pointee = withoutQualifiers(targetRow.marker->type());
-        if (pointee && pointee->isStruc())
-            formatStruct(targetRow, pointee, u"->"_s);
+        void* const handle = m_builder.beginObject(row.name, row.expression, pointer,
+                                                   typeText(type), row.marker, target->size());
+        if (target->type()->isStruc())
+            formatFields(row, target, u"->"_s);
         else
-            addPrimitive(targetRow, m_evaluator.getValue(targetRow.marker), pointee);
+            formatVariable(u'*' + row.name, u"*("_s + row.expression + u')', place);
+        m_builder.endObject(handle);
     }
 }
 
 void VariableFormatter::formatArray(const Row& row, TOBFType* type)
 {
-    const int elementSize = type->getElementType() ? type->getElementType()->size() : 0;
-    const unsigned elements =
-        elementSize > 0 ? row.marker->size() / static_cast<unsigned>(elementSize) : 0;
+    const TOBFType* const element = withoutQualifiers(type->getElementType());
+    const unsigned elements = element && element->size() > 0
+        ? row.marker->size() / static_cast<unsigned>(element->size())
+        : 0;
     unsigned count = elements;
-    switch (m_builder.getArrayEvalMode(row.name, row.expression, count)) {
-    case VariableListBuilder::AsArray: {
-        void* const handle = m_builder.beginArray(row.name, row.expression, addressOf(*row.marker),
-                                                  typeText(type), row.marker, row.marker->size());
+    const auto mode = m_builder.getArrayEvalMode(row.name, row.expression, count);
+    if (mode == VariableListBuilder::Value) {
+        addPrimitive(row, addressSizeString(*row.marker), type);
+    } else if (mode == VariableListBuilder::AsString && isCharacter(element)) {
+        addString(row, *row.marker, row.marker->size());
+    } else {
+        void* const handle =
+            m_builder.beginArray(row.name, row.expression, addressSizeString(*row.marker),
+                                 typeText(type), row.marker, row.marker->size());
         formatElements(row, std::min(count, elements));
         m_builder.endArray(handle);
-        break;
-    }
-    case VariableListBuilder::AsString: addString(row, row.marker->size()); break;
-    default: addPrimitive(row, addressSizeString(*row.marker), type);
     }
 }
 
+/// Elements of an array, or behind a pointer, that lie side by side are read together.
 void VariableFormatter::formatElements(const Row& row, unsigned count)
 {
+    using OneRead = TOBFExpressionEvaluator::OneRead;
+    const bool endIsKnown = row.marker->type()->isArray();
+    std::optional<OneRead> together;
+    unsigned readUntil = 0; ///< element
     for (unsigned i = 0; i < count; ++i) {
+        const ExpressionType place = m_evaluator.getDereference(row.marker, i);
+        const MyMarker* const element = markerOf(place);
+        if (i >= readUntil && element->isMemory() && element->size() > 0) {
+            const unsigned bytes = endIsKnown ? TOBFExpressionEvaluator::LargestWholeValue
+                                              : bytesToBoundary(element->address());
+            const unsigned elements =
+                std::clamp(bytes / element->size(), 1U, std::max(count - i, 1U));
+            const ExpressionType all =
+                m_evaluator.mkExpressionType(nullptr, element->base(), element->kind(),
+                                             element->offset(), elements * element->size());
+            together.emplace(m_evaluator, *markerOf(all));
+            readUntil = i + elements;
+        }
         const QString index = u'[' + QString::number(i) + u']';
-        formatVariable(index, u'(' + row.expression + u')' + index,
-                       m_evaluator.getDereference(row.marker, i));
+        formatVariable(index, u'(' + row.expression + u')' + index, place);
     }
 }
 
-void VariableFormatter::formatStruct(const Row& row, TOBFType* type, const QString& memberOperator)
+void VariableFormatter::formatStruct(const Row& row, TOBFType* type)
 {
     if (m_builder.getStructEvalMode(row.name, row.expression) == VariableListBuilder::Value) {
         addPrimitive(row, addressSizeString(*row.marker), type);
         return;
     }
-    void* const handle = m_builder.beginObject(row.name, row.expression, addressOf(*row.marker),
-                                               typeText(type), row.marker, row.marker->size());
-    for (TOBFField* const field : static_cast<TOBFStrucType*>(type)->fields()) {
-        if (!field->name())
-            continue;
-        const QString name = QString::fromUtf8(field->name()->text());
-        formatVariable(name, u'(' + row.expression + u')' + memberOperator + name,
-                       m_evaluator.getDereference(row.marker, field->name()->text()));
-    }
+    void* const handle =
+        m_builder.beginObject(row.name, row.expression, addressSizeString(*row.marker),
+                              typeText(type), row.marker, row.marker->size());
+    formatFields(row, row.marker, u"."_s);
     m_builder.endObject(handle);
 }
 
-/// The characters from the marker's place on, up to a zero.
-void VariableFormatter::addString(const Row& row, unsigned length)
+void VariableFormatter::formatFields(const Row& row, MyMarker* structure,
+                                     const QString& memberOperator)
 {
-    QByteArray text;
-    const MyMarker& marker = *row.marker;
-    for (unsigned i = 0; i < std::min(length, LongestString); ++i) {
-        const ExpressionType element = m_evaluator.mkExpressionType(
-            nullptr, marker.base(), marker.kind(), marker.offset() + i, 1);
-        const auto c = static_cast<char>(element.resolved().getUInteger() & 0xFF);
-        if (c == 0)
-            break;
-        text += c;
+    const TOBFExpressionEvaluator::OneRead together(m_evaluator, *structure);
+    const auto* const type = static_cast<TOBFStrucType*>(withoutQualifiers(structure->type()));
+    for (TOBFField* const field : type->fields()) {
+        if (!field->name())
+            continue;
+        const char* const text = field->name()->text();
+        const QString name = QString::fromUtf8(text);
+        formatVariable(name, u'(' + row.expression + u')' + memberOperator + name,
+                       this->field(structure, text));
     }
-    m_builder.addPrimitive(row.name, row.expression,
-                           ExpressionType(text.constData(), static_cast<int>(text.size())),
-                           u"char *"_s, row.marker);
+}
+
+/// The characters at a place, up to a zero.
+void VariableFormatter::addString(const Row& row, const MyMarker& text, unsigned length)
+{
+    QByteArray characters;
+    for (unsigned at = 0; at < length;) {
+        char piece[ReadBoundary] = {};
+        const unsigned size = std::min(length - at, bytesToBoundary(text.address() + at));
+        m_evaluator.readBytes(text, at, size, reinterpret_cast<unsigned char*>(piece));
+        const auto used = static_cast<unsigned>(strnlen(piece, size));
+        characters.append(piece, used);
+        if (used < size)
+            break;
+        at += size;
+    }
+    m_builder.addPrimitive(
+        row.name, row.expression,
+        ExpressionType(characters.constData(), static_cast<int>(characters.size())), u"char *"_s,
+        row.marker);
 }

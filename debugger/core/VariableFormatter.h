@@ -29,10 +29,13 @@ private:
     void formatType(const Row& row, TOBFType* type);
     void formatPtr(const Row& row, TOBFType* type);
     void formatArray(const Row& row, TOBFType* type);
-    void formatStruct(const Row& row, TOBFType* type, const QString& memberOperator);
+    void formatStruct(const Row& row, TOBFType* type);
+    void formatFields(const Row& row, MyMarker* structure, const QString& memberOperator);
     void formatElements(const Row& row, unsigned count);
+    /// The place of a field, or why it has none.
+    ExpressionType field(MyMarker* structure, const char* name);
     void addPrimitive(const Row& row, const ExpressionType& value, TOBFType* type);
-    void addString(const Row& row, unsigned length);
+    void addString(const Row& row, const MyMarker& text, unsigned length);
 
     TOBFExpressionEvaluator& m_evaluator;
     VariableListBuilder& m_builder;

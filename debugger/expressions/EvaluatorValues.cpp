@@ -95,6 +95,36 @@ struct BitFieldUnit {
 
 } // namespace
 
+TOBFExpressionEvaluator::OneRead::OneRead(TOBFExpressionEvaluator& evaluator,
+                                          const MyMarker& marker)
+    : m_evaluator(evaluator),
+      m_outer(evaluator.m_oneRead),
+      m_kind(marker.kind()),
+      m_start(marker.address()),
+      m_size(marker.isMemory() && marker.size() <= LargestWholeValue ? marker.size() : 0)
+{
+    evaluator.m_oneRead = this;
+}
+
+TOBFExpressionEvaluator::OneRead::~OneRead() { m_evaluator.m_oneRead = m_outer; }
+
+bool TOBFExpressionEvaluator::OneRead::covers(const MyMarker& marker, unsigned offset,
+                                              unsigned size) const
+{
+    const unsigned from = marker.address() + offset - m_start;
+    return marker.kind() == m_kind && size <= m_size && from <= m_size - size;
+}
+
+const unsigned char* TOBFExpressionEvaluator::OneRead::at(unsigned address)
+{
+    if (m_bytes.empty()) {
+        std::vector<unsigned char> bytes(m_size);
+        m_evaluator.read(m_kind, m_start, m_size, bytes.data());
+        m_bytes = std::move(bytes);
+    }
+    return m_bytes.data() + (address - m_start);
+}
+
 void TOBFExpressionEvaluator::fillMemoryBuffer(const MyMarker* marker, bool lazy)
 {
     const MyMarker copy = *marker;
@@ -120,8 +150,14 @@ void TOBFExpressionEvaluator::writeMemoryBuffer(const MyMarker* marker)
 void TOBFExpressionEvaluator::readBytes(const MyMarker& marker, unsigned offset, unsigned size,
                                         unsigned char* bytes)
 {
-    if (marker.isMemory())
+    if (marker.isMemory()) {
+        for (OneRead* one = m_oneRead; one != nullptr; one = one->m_outer)
+            if (one->covers(marker, offset, size)) {
+                std::copy_n(one->at(marker.address() + offset), size, bytes);
+                return;
+            }
         return read(marker.kind(), marker.address() + offset, size, bytes);
+    }
     if (marker.kind() == DebugMarkerType::Constant) {
         for (unsigned i = 0; i < size; ++i) {
             const quint64 at = quint64{marker.offset()} + offset + i;

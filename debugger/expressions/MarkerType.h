@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <memory>
+
 class ExpressionType;
 
 /// A location: a place that holds a value, which is fetched when it is asked for.
@@ -9,6 +11,7 @@ class MarkerType {
 public:
     virtual ~MarkerType() = default;
 
+    virtual std::unique_ptr<MarkerType> clone() const = 0;
     /// Which location it is: a register or an address.
     virtual QString getValueAsString() = 0;
     /// Reads it. Throws ParserException.

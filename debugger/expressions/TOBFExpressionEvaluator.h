@@ -14,6 +14,10 @@ class TOBFSymbol;
 /// A located value with its type.
 class MyMarker final : public DebugMarkerType {
 public:
+    std::unique_ptr<MarkerType> clone() const override
+    {
+        return std::make_unique<MyMarker>(*this);
+    }
     ExpressionType getValue() override;
     /// Assigns the value of an expression.
     void setValue(QString value) override;
@@ -81,9 +85,33 @@ public:
     void discardMemoryBuffer() { popBuffer(); }
     /// Writes the buffer to the location. A constant is refused.
     void writeMemoryBuffer(const MyMarker* marker);
+    /// Bytes of a location, from `offset` on.
+    void readBytes(const MyMarker& marker, unsigned offset, unsigned size, unsigned char* buffer);
     /// The value of a type at a place of the buffer, and the reverse.
     ExpressionType decodeType(TOBFType* type, unsigned offset = 0);
     void encodeType(TOBFType* type, const ExpressionType& value, unsigned offset = 0);
+
+    /// While it lives, what lies in a location is read once, whole, when the first of it is asked
+    /// for. Nothing may be written meanwhile. A large location is read piece by piece instead.
+    class OneRead {
+    public:
+        OneRead(TOBFExpressionEvaluator& evaluator, const MyMarker& marker);
+        ~OneRead();
+        OneRead(const OneRead&) = delete;
+        OneRead& operator=(const OneRead&) = delete;
+
+    private:
+        friend class TOBFExpressionEvaluator;
+        bool covers(const MyMarker& marker, unsigned offset, unsigned size) const;
+        const unsigned char* at(unsigned address);
+
+        TOBFExpressionEvaluator& m_evaluator;
+        OneRead* m_outer;
+        DebugMarkerType::LocationKind m_kind;
+        unsigned m_start;
+        unsigned m_size;
+        std::vector<unsigned char> m_bytes;
+    };
 
     /// The symbol of the last name evaluated; null since it was cleared.
     TOBFSymbol* lastSymbol() const { return m_lastSymbol; }
@@ -117,7 +145,6 @@ private:
     TOBFType* getType(const BaseType* type);
     quint64 constantFor(TOBFType* type, const ExpressionType& value) const;
 
-    void readBytes(const MyMarker& marker, unsigned offset, unsigned size, unsigned char* buffer);
     void writeBytes(const MyMarker& marker, unsigned offset, unsigned size,
                     const unsigned char* buffer);
     void eachRegisterPiece(const MyMarker& marker, unsigned offset, unsigned size,
@@ -125,5 +152,6 @@ private:
                                                     unsigned count)>& visit);
 
     EvaluatorTypes m_types;
+    OneRead* m_oneRead = nullptr; ///< the innermost one
     TOBFSymbol* m_lastSymbol = nullptr;
 };
