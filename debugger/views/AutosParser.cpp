@@ -20,7 +20,7 @@ bool isOperator(QChar c) { return !c.isNull() && QStringView(u"+-*/%&|^!~<>=?:")
 bool assigns(QString run)
 {
     for (const QStringView comparison : {u"==", u"!=", u"<=", u">="})
-        run.remove(comparison);
+        run.remove(comparison.toString());
     return run.contains(u'=') || run.contains(u"++"_s) || run.contains(u"--"_s);
 }
 

@@ -73,6 +73,6 @@ QString getFormattedValueString(const ExpressionType& value)
     QString rows;
     for (const Form& it : forms)
         if (debuggerExtendedTooltips() & it.form)
-            rows += htmlize(QString(QStringView(it.label)), getValueString(value, it.mode));
+            rows += htmlize(QStringView(it.label).toString(), getValueString(value, it.mode));
     return u"<table>"_s + rows + u"</table>"_s;
 }

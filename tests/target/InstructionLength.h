@@ -14,19 +14,19 @@ struct InstructionLength {
     unsigned bytes = 0;
     bool supported = false;
 
-    explicit InstructionLength(const std::vector<unsigned>& words)
+    explicit InstructionLength(const std::vector<unsigned>& words, unsigned code = Code)
     {
         FlatOwner owner;
         owner.setExtendedCore(true);
         for (unsigned i = 1; i < 16; ++i)
             owner.registers[i] = 0x1000 + 0x100 * i;
-        owner.registers[PC] = Code;
+        owner.registers[PC] = code;
         for (unsigned i = 0; i < words.size(); ++i)
-            owner.setWord(Code + 2 * i, words[i]);
+            owner.setWord(code + 2 * i, words[i]);
         owner.singleStep();
         std::set<unsigned> fetched;
         for (const unsigned address : owner.reads)
-            if (address >= Code && address < Code + 2 * MostWords + 2)
+            if (address >= code && address < code + 2 * MostWords + 2)
                 fetched.insert(address & ~1u);
         bytes = 2 * unsigned(fetched.size());
         supported = owner.unsupported.empty();
