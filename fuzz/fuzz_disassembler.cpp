@@ -40,7 +40,8 @@ unsigned disassemble(const std::vector<unsigned>& words)
 /// Where an operand is found from the PC, its reads can't be told from fetches.
 bool mayReadItself(unsigned word)
 {
-    return InstructionLength::readsAtThePC(word) || (word >> 8 & 15) == 0 || (word & 15) == 0;
+    return InstructionLength::readsAtThePC(word) || (word & 0xFFF0) == 0x1390
+        || (word >> 8 & 15) == 0 || (word & 15) == 0;
 }
 
 } // namespace

@@ -108,7 +108,7 @@ VariableViewItem* VariableView::insertRow(VariableViewItem* parent, std::size_t 
     auto made = std::make_unique<VariableViewItem>(name, expression);
     VariableViewItem* const item = made.get();
     const DisplayedInfo* const known = findDisplayed(expression);
-    item->m_radix = known ? known->radix : parent->radix();
+    item->m_radix = known && known->radix != DefaultDisplay ? known->radix : parent->radix();
     addDisplayed(expression, NotKnown).radix = item->m_radix;
     if (m_listener)
         m_listener->rowsToBeInserted(parentForListener(parent), int(at), int(at));

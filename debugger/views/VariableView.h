@@ -89,7 +89,7 @@ public:
     void dataNegate() { dataSet(QStringLiteral("=-"), true); }
     /// Assigns what was typed in place of a value: a number in the row's form, or any expression.
     /// Throws ParserException.
-    void modify(VariableViewItem* item, const QString& text);
+    virtual void modify(VariableViewItem* item, const QString& text);
 
     /// Sorts the rows at the top, now and whenever one joins them.
     void sortAlphabetic() { setOrder(Alphabetic); }
