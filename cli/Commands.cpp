@@ -7,6 +7,7 @@
 #include "cli/PackCommand.h"
 #include "cli/RunCommand.h"
 #include "cli/ScriptCommand.h"
+#include "cli/TargetCommand.h"
 
 #include <vector>
 
@@ -34,6 +35,12 @@ std::span<const Command> commands()
          "[FILE] [--program PROGRAM [--device NAME] | --solution SOLUTION [--project NAME] "
          "[--configuration NAME] [--target NAME]] [-- ARG...]",
          scriptCommand},
+        {"target",
+         "list | program FILE [--erase-all] [--no-verify] | verify FILE | erase|lock|unlock [FILE] "
+         "| "
+         "upload OUT  [--address A] [--size N] [--type ID] [--target NAME] [--device NAME] "
+         "[--memory NAME]  [then ACTION...]",
+         targetCommand},
     };
     return all;
 }
