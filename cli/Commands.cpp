@@ -22,7 +22,7 @@ std::span<const Command> commands()
         {"convert", "IN OUT [--from ID] [--to ID] [--address A] [--fill BYTE]", convertCommand},
         {"dump", "FILE [--sections] [--symbols] [--types] [--lines] [--listing] [--disassembly]",
          dumpCommand},
-        {"forth", "[FILE...]", forthCommand},
+        {"forth", "[--program PROGRAM [--device NAME]] [FILE...]", forthCommand},
         {"pack", "SOLUTION OUT", packCommand},
         {"run",
          "PROGRAM [--device NAME] [--type ID] [--address A] [--fill BYTE] [--pc A] [--steps N] "

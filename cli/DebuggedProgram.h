@@ -18,6 +18,7 @@ public:
                     std::function<bool()> carryOn);
 
     void install(ESContext* context);
+    DebugSession& session() { return m_session; }
 
 private:
     void displayError(const QString& text) override;

@@ -6,6 +6,7 @@
 #include "build/projectsystem/MSP430ProjectSystem.h"
 #include "build/system/MSP430BuildSystem.h"
 #include "build/workspace/BuildRun.h"
+#include "projects/macros/MacroSystem.h"
 #include "projects/settings/GantryBenchEnvironmentSettings.h"
 #include "target/TargetProject.h"
 #include "target/msp430/MSP430Monitor.h"
@@ -30,6 +31,7 @@ DebuggedProject::DebuggedProject(const Choice& choice, std::function<bool()> car
       m_targets(m_workspace.settings(), *this, &m_list),
       m_control({m_debugger, m_targets, m_workspace.settings(), &m_terminal}, *this)
 {
+    scriptSystem = &m_scripts;
     TargetProject::setPropertyClassFinder(
         [](const QString& name) { return buildSystem->findPropertyClass(name); });
     m_workspace.projects().loadSolution(choice.solution, nullptr, nullptr);
@@ -52,6 +54,24 @@ DebuggedProject::~DebuggedProject()
     m_control.debugStop();
     m_targets.disconnectTargetInterface();
     TargetProject::setPropertyClassFinder({});
+    scriptSystem = nullptr;
+}
+
+void DebuggedProject::showMessage(const QString& title, const QString& text)
+{
+    displayError(title + u": "_s + text);
+}
+
+void DebuggedProject::installScriptObjects(ESContext* context)
+{
+    context->addToLoadPath(
+        MacroSystem::replaceMacros(macroSystem->systemMacros(), u"$(PackagesDir)"_s));
+    m_echo.install(context);
+    m_bench.install(context);
+    if (m_object)
+        m_object->install(context);
+    if (TargetInterface* const target = m_targets.targetInterface())
+        target->installScriptObject(context);
 }
 
 void DebuggedProject::install(ESContext* context)

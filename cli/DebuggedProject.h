@@ -6,6 +6,8 @@
 #include "debugger/session/DebugControl.h"
 #include "debugger/session/DebugSession.h"
 #include "debugger/session/DebuggerSettings.h"
+#include "script/host/BuiltinScript.h"
+#include "script/objects/BenchScriptSystem.h"
 #include "script/objects/DebugScriptObject.h"
 #include "target/control/TargetControl.h"
 #include "target/control/TargetList.h"
@@ -15,7 +17,9 @@
 
 /// A project of a solution under the debugger, for a script: built if need be, loaded with its
 /// settings on one of the user's targets, and stopped at its entry.
-class DebuggedProject : private DebugControlHost, private TargetControlHost {
+class DebuggedProject : private DebugControlHost,
+                        private TargetControlHost,
+                        private BenchScriptSystemHost {
 public:
     struct Choice {
         QString solution;      ///< the path of its file
@@ -43,6 +47,9 @@ private:
     void inputRequested() override { m_terminal.waitForLine(); }
     void displayError(const QString& text) override;
     void logError(const QString& text) override { displayError(text); }
+    // Of the scripts of the project.
+    void showMessage(const QString& title, const QString& text) override;
+    void installScriptObjects(ESContext* context) override;
 
     class Helper : public DebuggerSettings {
     public:
@@ -58,5 +65,8 @@ private:
     Helper m_helper{m_workspace.settings()};
     MSP430Debugger m_debugger{&m_helper};
     DebugControl m_control;
-    std::unique_ptr<DebugScriptObject> m_object;
+    BenchScriptSystem m_scripts{*this};
+    BuiltinScript m_echo{[this](const QString& text) { displayError(text); }};
+    BenchScript m_bench;
+    std::unique_ptr<DebugScriptObject> m_object; ///< null before the session
 };

@@ -2,10 +2,12 @@
 
 #include "base/HException.h"
 #include "cli/Command.h"
+#include "cli/DebuggedProgram.h"
 #include "cli/InterruptFlag.h"
 #include "cli/LineEditor.h"
 #include "script/forth/FSConsole.h"
 #include "script/forth/ForthInterpreter.h"
+#include "script/objects/ForthDebugWords.h"
 
 #include <QFile>
 
@@ -101,14 +103,47 @@ int runConsole(TerminalConsole& console, std::span<const std::string> files)
 
 } // namespace
 
+namespace {
+
+struct ForthOptions {
+    std::vector<std::string> files;
+    std::string program; ///< that the words of debugging drive; empty for none
+    std::string device = "generic";
+};
+
+ForthOptions parseOptions(std::span<const std::string> arguments)
+{
+    ForthOptions options;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& word = arguments[i];
+        if (word != "--program" && word != "--device") {
+            if (word.starts_with('-'))
+                throw UsageError{"unknown option " + word};
+            options.files.push_back(word);
+            continue;
+        }
+        if (i + 1 == arguments.size())
+            throw UsageError{"option " + word + " needs a value"};
+        (word == "--program" ? options.program : options.device) = arguments[++i];
+    }
+    return options;
+}
+
+} // namespace
+
 int forthCommand(std::span<const std::string> arguments)
 {
-    for (const std::string& argument : arguments)
-        if (argument.starts_with('-'))
-            throw UsageError{"unknown option " + argument};
+    const ForthOptions options = parseOptions(arguments);
     TerminalConsole console;
+    std::unique_ptr<DebuggedProgram> program;
+    if (!options.program.empty())
+        program = std::make_unique<DebuggedProgram>(options.program, options.device,
+                                                    [] { return !InterruptFlag::isSet(); });
+    ForthDebugWords words(program ? &program->session() : nullptr);
+    words.provide(console);
+    words.runTo(QStringLiteral("main"));
     try {
-        return runConsole(console, arguments);
+        return runConsole(console, options.files);
     } catch (const TerminalConsole::Left&) {
         return 0;
     }

@@ -13,7 +13,12 @@ public:
           m_engine(engine)
     {
     }
-    void execute(FSContext*) override { m_wrapper->execute(m_engine); }
+    /// The command may print on its own.
+    void execute(FSContext* context) override
+    {
+        context->flush();
+        m_wrapper->execute(m_engine);
+    }
 
 private:
     std::unique_ptr<MethodWrapper> m_wrapper;

@@ -112,6 +112,27 @@ void MSP430Monitor::addValidRanges()
             addressRanges().add(start, end, false);
 }
 
+namespace {
+
+constexpr unsigned char ErasedByte = 0xFF;
+
+} // namespace
+
+void MSP430Monitor::eraseBytes(unsigned address, unsigned length, unsigned* erasedStart,
+                               unsigned* erasedLength)
+{
+    memsetBytes(address, length, ErasedByte);
+    TargetMemoryInterface::eraseBytes(address, length, erasedStart, erasedLength);
+}
+
+void MSP430Monitor::eraseAll()
+{
+    const MSP430DevicesInterface& device = *m_devices;
+    if (device.infoEnd() != 0)
+        memsetBytes(device.infoStart(), device.infoEnd() - device.infoStart() + 1, ErasedByte);
+    memsetBytes(device.mainStart(), device.mainEnd() - device.mainStart() + 1, ErasedByte);
+}
+
 void MSP430Monitor::disconnect()
 {
     m_core.reset();

@@ -65,6 +65,11 @@ public:
     void writeWord(unsigned address, unsigned value) override;
     void unsupportedOpcode(unsigned word) override;
 
+    /// Of flash, which then holds ones.
+    void eraseBytes(unsigned address, unsigned length, unsigned* erasedStart,
+                    unsigned* erasedLength) override;
+    void eraseAll() override;
+
     // The debugger's access: no error is reported and no breakpoint matched.
     void pokeBytes(unsigned address, unsigned length, const unsigned char* data) override;
     void peekBytes(unsigned address, unsigned length, unsigned char* data) override;

@@ -28,7 +28,7 @@ TEST_F(TargetTest, ListsTheTargets)
 TEST_F(TargetTest, ProgramsVerifiesAndReadsBack)
 {
     const Outcome outcome =
-        target("program " + program() + " --type ihex then verify " + path("program.hex")
+        target("erase then program " + program() + " --type ihex then verify " + path("program.hex")
                + " --type ihex then upload " + path("back.bin") + " --address 0x1100 --size 6");
     EXPECT_EQ(outcome.errors, "");
     EXPECT_EQ(outcome.status, 0);
@@ -38,7 +38,7 @@ TEST_F(TargetTest, ProgramsVerifiesAndReadsBack)
     for (std::string line; std::getline(lines, line);)
         verbs += line.substr(0, line.find(' ')) + " ";
     EXPECT_EQ(verbs,
-              "Erasing Erasing Programming Programming Verifying Verifying Verifying "
+              "Erasing Erasing Erasing Programming Programming Verifying Verifying Verifying "
               "Verifying Verifier uploading ");
     EXPECT_NE(outcome.output.find("Verifier has found no errors."), std::string::npos);
 }

@@ -25,14 +25,13 @@ protected:
     /// With these options, and standard input from a file.
     Outcome run(const std::string& source, const std::string& options, const std::string& input)
     {
-        m_folder.write("script.js", source);
-        const int status =
-            std::system(("HOME=" + (m_folder / "home") + " " GANTRY_ROOT_TREE "/bin/gantry script "
-                         + (m_folder / "script.js") + " " + options + " > " + (m_folder / "output")
-                         + " 2>&1 < " + input)
-                            .c_str());
-        return {WEXITSTATUS(status), m_folder.read("output")};
+        return command("script " + m_folder.write("script.js", source) + " " + options, input);
     }
+    Outcome forth(const std::string& arguments)
+    {
+        return command("forth " + arguments, "/dev/null");
+    }
+    const std::string& program() const { return m_program; }
 
     void build(const std::vector<std::string>& sources, const std::string& options = "-O0")
     {
@@ -52,6 +51,15 @@ protected:
     TestFolder m_folder;
 
 private:
+    Outcome command(const std::string& arguments, const std::string& input)
+    {
+        const int status =
+            std::system(("HOME=" + (m_folder / "home") + " " GANTRY_ROOT_TREE "/bin/gantry "
+                         + arguments + " > " + (m_folder / "output") + " 2>&1 < " + input)
+                            .c_str());
+        return {WEXITSTATUS(status), m_folder.read("output")};
+    }
+
     std::string m_program;
 };
 
@@ -341,6 +349,50 @@ TEST_F(ScriptSession, SaysWhatASolutionHasnt)
         EXPECT_NE(outcome.output.find(one.message), std::string::npos) << outcome.output;
         EXPECT_EQ(outcome.status, one.status) << one.options;
     }
+}
+
+/// The project's own scripts run on the target, with what its target script has defined.
+TEST_F(ScriptSession, RunsTheScriptsOfTheProject)
+{
+    std::filesystem::copy(GANTRY_ROOT_TREE "/samples/printf", m_folder / "printf");
+    std::string solution = m_folder.read("printf/printf.kvp");
+    const std::string properties = "Target=\"MSP430F449\"";
+    solution.replace(solution.find(properties), properties.size(),
+                     properties
+                         + " target_reset_script=\"prepare(TargetInterface.getProjectProperty("
+                           "'msp430_insn_set'))\" target_debug_begin_script=\"nothing()\"");
+    const std::string file = "<file file_name=\"average.c\"/>";
+    solution.replace(solution.find(file), file.size(),
+                     "<file file_name=\"target.js\"><configuration Name=\"Common\" "
+                     "file_type=\"Reset Script\"/></file>"
+                         + file);
+    m_folder.write("printf/printf.kvp", solution);
+    m_folder.write("printf/target.js",
+                   "function prepare(set) { TargetInterface.pokeUint16("
+                   "0x300, set.length); WScript.Echo('prepared'); }");
+    const Outcome outcome = run("WScript.Echo(TargetInterface.peekUint16(0x300))",
+                                "--solution " + (m_folder / "printf/printf.kvp"), "/dev/null");
+    EXPECT_NE(outcome.output.find("gantry: prepared\n"), std::string::npos);
+    EXPECT_NE(outcome.output.find("Script Runtime Error: "), std::string::npos) << outcome.output;
+    EXPECT_NE(outcome.output.find("\n6\n"), std::string::npos) << outcome.output;
+}
+
+TEST_F(ScriptSession, ForthDrivesTheProgram)
+{
+    build({"tour.c", "other.c"});
+    const std::string source = m_folder.write(
+        "debug.fs",
+        "DEBUGGING? . CR DEBUG-STEP-OVER .LOCALS DEBUG-STEP-INTO DEBUG-FRAME-UP DEBUG-FRAME-DOWN\n"
+        "DEBUG-SHOW-NEXT DEBUG-GO DEBUG-GO DEBUG-STOP DEBUGGING? . CR DEBUG-GO .LOCALS\n");
+    const Outcome outcome = forth("--program " + program() + " --device MSP430F449 " + source);
+    EXPECT_EQ(outcome.output.substr(0, 4), "-1 \n");
+    EXPECT_NE(outcome.output.find("tour.c("), std::string::npos) << outcome.output;
+    EXPECT_NE(outcome.output.find("i = "), std::string::npos) << outcome.output;
+    EXPECT_NE(outcome.output.find("the program has ended with 89"), std::string::npos)
+        << outcome.output;
+    EXPECT_EQ(outcome.output.substr(outcome.output.size() - 3), "0 \n");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(forth("--program").status, 2);
 }
 
 } // namespace
