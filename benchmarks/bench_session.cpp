@@ -1,8 +1,11 @@
-// Debug sessions on a real program of about a megabyte: opening one, stepping, and a stop. The
+// Debug sessions on a real program of about a megabyte: opening one, stepping, and what the views
+// of a window do at a stop. The
 // program is made here, with the tools of the installation.
 
 #include "debugger/msp430/MSP430Debugger.h"
 #include "debugger/session/DebugSession.h"
+#include "debugger/views/LocalsVariableView.h"
+#include "debugger/views/WatchVariableView.h"
 #include "projects/macros/MacroSystem.h"
 #include "target/msp430/MSP430Monitor.h"
 
@@ -159,6 +162,68 @@ void readFile(benchmark::State& state)
     }
 }
 
+/// The views of a window: where the program stands, its locals, and ten watches of all kinds.
+class Views : public VariableViewHost {
+public:
+    explicit Views(MSP430Debugger& debugger)
+        : m_debugger(debugger),
+          m_locals(debugger, *this),
+          m_watches(debugger, *this)
+    {
+        for (const char* text :
+             {"variable_1", "variable_2 + variable_3", "object_4.first", "object_5.name[2]",
+              "&object_6", "record->first", "index * 2", "sink", "@R12", "variable_10 == 10"})
+            m_watches.watch(QString::fromLatin1(text));
+        VariableViewItem* const object = m_watches.watch(QStringLiteral("object_7"));
+        update();
+        m_watches.itemExpanded(object);
+    }
+
+    void update()
+    {
+        QString module;
+        Path file;
+        QString function;
+        int line = 0;
+        unsigned pc = 0;
+        for (int call = 0; call < m_debugger.numcalls(); ++call)
+            m_debugger.locate(m_debugger.getFrame(call), module, file, function, line, pc);
+        m_locals.update(selectedFrame());
+        m_watches.update(selectedFrame());
+    }
+
+    Frame* selectedFrame() override { return m_debugger.getFrame(0); }
+    int selectedCall() override { return 0; }
+    void setCall(int) override { }
+    bool askNumber(const QString&, const QString&, unsigned, unsigned, unsigned&) override
+    {
+        return false;
+    }
+    void locateMemory(unsigned, unsigned) override { }
+
+private:
+    MSP430Debugger& m_debugger;
+    LocalsVariableView m_locals;
+    WatchVariableView m_watches;
+};
+
+void refreshAfterAStop(benchmark::State& state)
+{
+    OpenSession session;
+    session.runTo("function_650");
+    session.step(true);
+    Views views(session.debugger());
+    state.SetLabel(std::to_string(session.debugger().symbolNames(QString(), true).size()
+                                  + session.debugger().symbolNames(QString(), false).size())
+                   + " public symbols");
+    for ([[maybe_unused]] auto _ : state) {
+        state.PauseTiming();
+        session.step(true);
+        state.ResumeTiming();
+        views.update();
+    }
+}
+
 void stepOverAStatement(benchmark::State& state)
 {
     OpenSession session;
@@ -186,6 +251,7 @@ void stepAnInstruction(benchmark::State& state)
 
 BENCHMARK(openSession)->Unit(benchmark::kMillisecond);
 BENCHMARK(readFile)->Unit(benchmark::kMillisecond);
+BENCHMARK(refreshAfterAStop)->Unit(benchmark::kMicrosecond);
 BENCHMARK(stepOverAStatement)->Unit(benchmark::kMicrosecond);
 BENCHMARK(stepOverACall)->Unit(benchmark::kMicrosecond);
 BENCHMARK(stepAnInstruction)->Unit(benchmark::kMicrosecond);

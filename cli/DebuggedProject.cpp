@@ -1,11 +1,11 @@
 #include "cli/DebuggedProject.h"
 
 #include "base/HException.h"
-#include "base/QTx.h"
 #include "build/log/BuildLogModel.h"
 #include "build/projectsystem/MSP430ProjectSystem.h"
 #include "build/system/MSP430BuildSystem.h"
 #include "build/workspace/BuildRun.h"
+#include "cli/TargetChoice.h"
 #include "projects/macros/MacroSystem.h"
 #include "projects/settings/GantryBenchEnvironmentSettings.h"
 #include "target/TargetProject.h"
@@ -15,19 +15,9 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-HException missing(const QString& what, const QString& name, const QStringList& known)
-{
-    return HException(
-        u"there is no %1 %2; there are: %3"_s.arg(what, name, known.join(u", "_s)).toStdString());
-}
-
-} // namespace
-
 DebuggedProject::DebuggedProject(const Choice& choice, std::function<bool()> carryOn)
     : m_carryOn(std::move(carryOn)),
-      m_list(m_workspace.settings(), QTx::rootDirectory() + u"/targets/targets.xml"_s),
+      m_list(m_workspace.settings(), installedTargets()),
       m_targets(m_workspace.settings(), *this, &m_list),
       m_control({m_debugger, m_targets, m_workspace.settings(), &m_terminal}, *this)
 {
@@ -39,7 +29,7 @@ DebuggedProject::DebuggedProject(const Choice& choice, std::function<bool()> car
     ProjectElement* const project = findProject(choice.project);
     m_helper.apply(m_debugger);
     m_list.load();
-    TargetInterface& target = findTarget(choice.target);
+    TargetInterface& target = chooseTarget(m_list, choice.target);
     if (auto* const simulator = dynamic_cast<SimulatedHMonitor*>(&target))
         simulator->setTerminal(&m_terminal);
     m_targets.connectTargetInterface(&target, false, project, configuration);
@@ -104,19 +94,6 @@ ProjectElement* DebuggedProject::findProject(const QString& name) const
         if (buildSystem->canLoad(project, configuration))
             return project;
     throw HException("no project of the solution makes a program");
-}
-
-TargetInterface& DebuggedProject::findTarget(const QString& name) const
-{
-    if (name.isEmpty() && m_list.size() != 0)
-        return *m_list[0].target;
-    QStringList names;
-    for (const TargetListItem& item : m_list) {
-        if (item.target->title() == name)
-            return *item.target;
-        names << item.target->title();
-    }
-    throw missing(u"target"_s, name, names);
 }
 
 bool DebuggedProject::ask(const QString& text, const QString&)

@@ -37,7 +37,6 @@ public:
 private:
     ProjectElement* findProject(const QString& name) const;
     QString findConfiguration(const QString& name) const;
-    TargetInterface& findTarget(const QString& name) const;
 
     // What is asked while the session starts: a user who starts a script wants it to run.
     bool ask(const QString& text, const QString& title) override;

@@ -137,7 +137,7 @@ int forthCommand(std::span<const std::string> arguments)
     TerminalConsole console;
     std::unique_ptr<DebuggedProgram> program;
     if (!options.program.empty())
-        program = std::make_unique<DebuggedProgram>(options.program, options.device,
+        program = std::make_unique<DebuggedProgram>(options.program, options.device, QString(),
                                                     [] { return !InterruptFlag::isSet(); });
     ForthDebugWords words(program ? &program->session() : nullptr);
     words.provide(console);

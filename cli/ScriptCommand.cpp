@@ -49,9 +49,10 @@ void checkOptions(const ScriptOptions& options)
     const DebuggedProject::Choice& project = options.project;
     if (!options.program.empty() && !project.solution.isEmpty())
         throw UsageError{"a program and a solution don't go together"};
-    if (project.solution.isEmpty()
-        && !(project.project + project.configuration + project.target).isEmpty())
-        throw UsageError{"projects, configurations and targets need a solution"};
+    if (project.solution.isEmpty() && !(project.project + project.configuration).isEmpty())
+        throw UsageError{"projects and configurations need a solution"};
+    if (!project.target.isEmpty() && project.solution.isEmpty() && options.program.empty())
+        throw UsageError{"a target needs a program or a solution"};
 }
 
 ScriptOptions parseOptions(std::span<const std::string> words)
@@ -140,7 +141,8 @@ public:
     {
         const auto carryOn = [] { return !InterruptFlag::isSet(); };
         if (!options.program.empty())
-            m_program = std::make_unique<DebuggedProgram>(options.program, options.device, carryOn);
+            m_program = std::make_unique<DebuggedProgram>(options.program, options.device,
+                                                          options.project.target, carryOn);
         if (!options.project.solution.isEmpty())
             m_project = std::make_unique<DebuggedProject>(options.project, carryOn);
     }

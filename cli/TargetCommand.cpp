@@ -1,11 +1,10 @@
 #include "cli/TargetCommand.h"
 
-#include "base/HException.h"
-#include "base/QTx.h"
 #include "build/workspace/Workspace.h"
 #include "cli/Command.h"
 #include "cli/DeviceSelection.h"
 #include "cli/InterruptFlag.h"
+#include "cli/TargetChoice.h"
 #include "cli/TargetOptions.h"
 #include "objfile/loadfiles/LoadFileFactory.h"
 #include "projects/settings/GantryBenchEnvironmentSettings.h"
@@ -86,7 +85,7 @@ public:
 
     int run()
     {
-        TargetInterface& target = findTarget();
+        TargetInterface& target = chooseTarget(m_list, m_options.target);
         if (!m_options.device.empty())
             chooseDevice(target);
         m_control.connectTargetInterface(&target, false, nullptr, QString());
@@ -102,24 +101,6 @@ public:
     }
 
 private:
-    static HException missing(const QString& what, const QString& name, const QStringList& known)
-    {
-        const QString others =
-            known.isEmpty() ? u"there are none"_s : u"there are: "_s + known.join(u", "_s);
-        return HException(u"there is no %1 %2; %3"_s.arg(what, name, others).toStdString());
-    }
-
-    TargetInterface& findTarget() const
-    {
-        QStringList names;
-        for (const TargetListItem& item : m_list) {
-            if (m_options.target.isEmpty() || item.target->title() == m_options.target)
-                return *item.target;
-            names << item.target->title();
-        }
-        throw missing(u"target"_s, m_options.target, names);
-    }
-
     void chooseDevice(TargetInterface& target) const
     {
         auto* const simulator = dynamic_cast<MSP430Monitor*>(&target);
@@ -191,7 +172,7 @@ private:
     const TargetOptions& m_options;
     CommandLineHost m_host;
     Workspace m_workspace{{}};
-    TargetList m_list{m_workspace.settings(), QTx::rootDirectory() + u"/targets/targets.xml"_s};
+    TargetList m_list{m_workspace.settings(), installedTargets()};
     TargetControl m_control{m_workspace.settings(), m_host, &m_list};
 };
 

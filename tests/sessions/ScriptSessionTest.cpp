@@ -342,6 +342,8 @@ TEST_F(ScriptSession, SaysWhatASolutionHasnt)
         {solution + " --project statistics", "No executable to load", 1},
         {" --solution " + (m_folder / "none.kvp"), " - does not exist", 1},
         {" --project x", "need a solution", 2},
+        {" --target x", "needs a program or a solution", 2},
+        {" --program none.kvx --target board", "there is no target board", 1},
         {solution + " --program x", "don't go together", 2},
     };
     for (const auto& one : cases) {
