@@ -213,9 +213,10 @@ void refreshAfterAStop(benchmark::State& state)
     session.runTo("function_650");
     session.step(true);
     Views views(session.debugger());
-    state.SetLabel(std::to_string(session.debugger().symbolNames(QString(), true).size()
-                                  + session.debugger().symbolNames(QString(), false).size())
-                   + " public symbols");
+    const QString executable = session.debugger().executableNames().first();
+    state.SetLabel(std::to_string(session.debugger().symbolNames(executable, true).size()
+                                  + session.debugger().symbolNames(executable, false).size())
+                   + " symbols");
     for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
         session.step(true);

@@ -108,18 +108,30 @@ TOBFExpressionEvaluator::OneRead::OneRead(TOBFExpressionEvaluator& evaluator,
 
 TOBFExpressionEvaluator::OneRead::~OneRead() { m_evaluator.m_oneRead = m_outer; }
 
-bool TOBFExpressionEvaluator::OneRead::covers(const MyMarker& marker, unsigned offset,
+bool TOBFExpressionEvaluator::OneRead::covers(DebugMarkerType::LocationKind kind, unsigned address,
                                               unsigned size) const
 {
-    const unsigned from = marker.address() + offset - m_start;
-    return marker.kind() == m_kind && size <= m_size && from <= m_size - size;
+    return kind == m_kind && size <= m_size && address - m_start <= m_size - size;
+}
+
+TOBFExpressionEvaluator::OneRead*
+TOBFExpressionEvaluator::OneRead::find(OneRead* innermost, DebugMarkerType::LocationKind kind,
+                                       unsigned address, unsigned size)
+{
+    OneRead* one = innermost;
+    while (one != nullptr && !one->covers(kind, address, size))
+        one = one->m_outer;
+    return one;
 }
 
 const unsigned char* TOBFExpressionEvaluator::OneRead::at(unsigned address)
 {
     if (m_bytes.empty()) {
         std::vector<unsigned char> bytes(m_size);
-        m_evaluator.read(m_kind, m_start, m_size, bytes.data());
+        if (OneRead* const around = find(m_outer, m_kind, m_start, m_size))
+            std::copy_n(around->at(m_start), m_size, bytes.data());
+        else
+            m_evaluator.read(m_kind, m_start, m_size, bytes.data());
         m_bytes = std::move(bytes);
     }
     return m_bytes.data() + (address - m_start);
@@ -151,12 +163,12 @@ void TOBFExpressionEvaluator::readBytes(const MyMarker& marker, unsigned offset,
                                         unsigned char* bytes)
 {
     if (marker.isMemory()) {
-        for (OneRead* one = m_oneRead; one != nullptr; one = one->m_outer)
-            if (one->covers(marker, offset, size)) {
-                std::copy_n(one->at(marker.address() + offset), size, bytes);
-                return;
-            }
-        return read(marker.kind(), marker.address() + offset, size, bytes);
+        const unsigned address = marker.address() + offset;
+        if (OneRead* const one = OneRead::find(m_oneRead, marker.kind(), address, size)) {
+            std::copy_n(one->at(address), size, bytes);
+            return;
+        }
+        return read(marker.kind(), address, size, bytes);
     }
     if (marker.kind() == DebugMarkerType::Constant) {
         for (unsigned i = 0; i < size; ++i) {

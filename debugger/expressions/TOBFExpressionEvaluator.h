@@ -14,10 +14,7 @@ class TOBFSymbol;
 /// A located value with its type.
 class MyMarker final : public DebugMarkerType {
 public:
-    std::unique_ptr<MarkerType> clone() const override
-    {
-        return std::make_unique<MyMarker>(*this);
-    }
+    std::unique_ptr<MarkerType> clone() const override { return std::make_unique<MyMarker>(*this); }
     ExpressionType getValue() override;
     /// Assigns the value of an expression.
     void setValue(QString value) override;
@@ -102,7 +99,10 @@ public:
 
     private:
         friend class TOBFExpressionEvaluator;
-        bool covers(const MyMarker& marker, unsigned offset, unsigned size) const;
+        /// The innermost one that has this; null for none.
+        static OneRead* find(OneRead* innermost, DebugMarkerType::LocationKind kind,
+                             unsigned address, unsigned size);
+        bool covers(DebugMarkerType::LocationKind kind, unsigned address, unsigned size) const;
         const unsigned char* at(unsigned address);
 
         TOBFExpressionEvaluator& m_evaluator;

@@ -1,6 +1,7 @@
 // Names, memory, registers and types of a program on a target.
 
 #include "debugger/FakeDebugger.h"
+#include "debugger/core/VariableFormatter.h"
 #include "objfile/TestProgram.h"
 
 #include <gtest/gtest.h>
@@ -118,6 +119,57 @@ protected:
     std::optional<SymbolicDebug> m_debug;
     std::optional<FakeDebugger> m_target;
 };
+
+/// Wants everything open, and notes the rows.
+class OpenBuilder : public VariableListBuilder {
+public:
+    std::string rows;
+
+    pointerEvalMode getPointerEvalMode(const QString&, const QString&, unsigned, unsigned&) override
+    {
+        return Value;
+    }
+    void addPrimitive(const QString& name, const QString&, const ExpressionType& value,
+                      const QString&, MarkerType*) override
+    {
+        rows += name.toStdString() + "=" + value.resolved().toStr(10).toStdString() + " ";
+    }
+    void* beginObject(const QString& name, const QString&, const ExpressionType&, const QString&,
+                      MarkerType*, unsigned) override
+    {
+        rows += name.toStdString() + "{ ";
+        return nullptr;
+    }
+    void endObject(void*) override { rows += "} "; }
+    void* beginArray(const QString& name, const QString& expression, const ExpressionType& value,
+                     const QString& type, MarkerType* marker, unsigned size) override
+    {
+        return beginObject(name, expression, value, type, marker, size);
+    }
+    void endArray(void* handle) override { endObject(handle); }
+};
+
+TEST_F(Evaluator, AStructureIsReadInOneBlock)
+{
+    const auto walk = [&](const char* name) {
+        m_target->reads.clear();
+        OpenBuilder builder;
+        VariableFormatter(*m_target, builder)
+            .formatVariable(QString::fromLatin1(name), QString::fromLatin1(name),
+                            m_target->parseAndEvaluate(name));
+        return builder.rows;
+    };
+    using Reads = std::vector<FakeDebugger::Access>;
+    m_target->setWord(0x22A, 7);
+    m_target->setWord(0x22C, 0x234);
+    m_target->setWord(0x22E, 0x0015); // low 5, mid 2
+    EXPECT_EQ(walk("head"), "head{ value=7 next=564 low=5 mid=2 whole=0 tail=0 } ");
+    EXPECT_EQ(m_target->reads, (Reads{{0x22A, 8}}));
+    walk("nodes");
+    EXPECT_EQ(m_target->reads, (Reads{{0x234, 16}}));
+    walk("matrix");
+    EXPECT_EQ(m_target->reads, (Reads{{0x244, 12}}));
+}
 
 TEST_F(Evaluator, ReadsScalarsByTheirType)
 {
