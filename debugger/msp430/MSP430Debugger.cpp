@@ -181,7 +181,7 @@ MSP430Debugger::callersOf(TargetRegisterInterface* innermost)
         dataMemory(), [this](unsigned address) { return getInsnAt(address); },
         [this](unsigned pc) -> MSP430StackWalk::Function {
             const TOBFSymbol* const function = findFunctionSymbol(pc);
-            if (!function)
+            if (!function || !function->type() || !function->type()->isFunction())
                 return {};
             const auto* const type = static_cast<TOBFFunctionType*>(function->type());
             return {type->savedOffset(), static_cast<unsigned>(type->savedMask()),

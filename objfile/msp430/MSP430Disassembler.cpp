@@ -20,6 +20,7 @@ constexpr unsigned StatusRegister = 2;
 constexpr unsigned ConstantRegister = 3;
 constexpr unsigned Indexed = 1;
 constexpr unsigned DestinationMode = 0x80;
+constexpr unsigned AddressMask = 0xFFFFF;
 
 [[gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...)
 {
@@ -284,7 +285,7 @@ void Decoder::multiple()
 void Decoder::jump()
 {
     const int offset = static_cast<int>((m_word & 0x3FF) ^ 0x200) - 0x200;
-    const unsigned target = m_next + static_cast<unsigned>(2 * offset);
+    const unsigned target = (m_next + static_cast<unsigned>(2 * offset)) & AddressMask;
     put(jumpNames[m_word >> 10 & 7], address20(target));
     transferTo(target);
 }

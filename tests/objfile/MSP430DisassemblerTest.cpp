@@ -44,6 +44,12 @@ void check(const std::vector<Case>& cases)
     }
 }
 
+TEST(MSP430Disassembler, JumpsGoRoundInTheAddressSpace)
+{
+    EXPECT_EQ(disassemble({0x3FFD}, 0).target, 0xFFFFCu);
+    EXPECT_EQ(shown(disassemble({0x3FFD}, 0).text), "JMP|0xffffc");
+}
+
 TEST(MSP430Disassembler, ColumnsOfTheLine)
 {
     const struct {
