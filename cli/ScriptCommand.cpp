@@ -9,6 +9,7 @@
 #include "cli/LineEditor.h"
 #include "script/host/BuiltinScript.h"
 #include "script/host/JavaScriptConsole.h"
+#include "script/objects/ThreadsScriptObject.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -155,11 +156,22 @@ public:
             context->addToLoadPath(m_scriptFolder);
         m_script.install(context.get(), m_options.arguments);
         m_bench.install(context.get());
+        m_threadsObject.install(context.get());
         if (m_program)
             m_program->install(context.get());
         if (m_project)
             m_project->install(context.get());
         return context;
+    }
+
+    /// What a script has told of threads, in place of the window that shows them.
+    void printThreads() const
+    {
+        for (const ThreadList::Queue& queue : m_threads.queues()) {
+            print(stdout, queue.name.isEmpty() ? QString() : queue.name + u":\n"_s);
+            for (const ThreadList::Row& row : queue.rows)
+                print(stdout, QStringList(row.begin(), row.end()).join(u'\t') + u'\n');
+        }
     }
 
 private:
@@ -168,6 +180,8 @@ private:
     const QString m_scriptFolder = QFileInfo(m_options.file.value_or(QString())).absolutePath();
     BuiltinScript m_script{[](const QString& text) { print(stdout, text + u'\n'); }};
     BenchScript m_bench;
+    ThreadList m_threads;
+    ThreadsScriptObject m_threadsObject{m_threads};
     std::unique_ptr<DebuggedProgram> m_program;
     std::unique_ptr<DebuggedProject> m_project;
 };
@@ -180,6 +194,7 @@ int runScript(const ScriptOptions& options)
     const auto context = objects.makeContext();
     try {
         const ESCompletion completion = context->eval(text);
+        objects.printThreads();
         if (completion.kind == ESCompletion::Normal)
             return context->failed ? 1 : 0;
         report(name, context->messageOf(completion));

@@ -33,6 +33,17 @@ TEST_F(ScriptTest, RunsAFileWithItsArguments)
     EXPECT_EQ(outcome.status, 1);
 }
 
+TEST_F(ScriptTest, PrintsTheThreadsThatAScriptHasFound)
+{
+    const Outcome outcome =
+        gantry("script "
+               + make("threads.js",
+                      "Threads.add('lost'); Threads.clear(); Threads.newqueue('Ready');"
+                      "Threads.add('main', 1, 0x200, 'running'); Threads.add('idle', 0);"));
+    EXPECT_EQ(outcome.output, "Ready:\nmain\t1\t512\trunning\nidle\t0\t\t\n");
+    EXPECT_EQ(outcome.status, 0);
+}
+
 TEST_F(ScriptTest, TellsErrorsWithTheirLine)
 {
     const struct {

@@ -38,10 +38,10 @@ protected:
         m_program = buildProgram(m_folder, sources, options + " -D__MSP430F449__");
     }
 
-    /// Of tour.c, 1-based.
-    static int lineOf(const std::string& text)
+    /// 1-based.
+    static int lineOf(const std::string& text, const std::string& source = "tour.c")
     {
-        std::ifstream in(GANTRY_TEST_DATA "/programs/tour.c");
+        std::ifstream in(GANTRY_TEST_DATA "/programs/" + source);
         int number = 1;
         for (std::string line; std::getline(in, line) && line.find(text) == std::string::npos;)
             ++number;
@@ -238,6 +238,56 @@ TEST_F(ScriptSession, WalksThroughOptimisedPrograms)
             script("var lastLine = " + std::to_string(lineOf("printf(")) + ";" + OptimisedWalk);
         EXPECT_EQ(outcome.output, "total 89, counter 53\ntrue true | \n") << optimisation;
     }
+}
+
+/// Bit-fields, unions, reals, arrays of arrays and pointers, at each statement of their program.
+TEST_F(ScriptSession, WalksThroughValuesOfEveryKind)
+{
+    build({"values.c"});
+    std::string lines = "var lines = new Object();";
+    for (const char* mark : {"negate", "statics", "inner scope", "changed", "end"})
+        lines += "lines['" + std::string(mark) + "'] = "
+            + std::to_string(lineOf("/* mark: " + std::string(mark) + " */", "values.c")) + ";";
+    const Outcome outcome = script(lines + R"(
+        var expected = {
+            'negate': {x: 42},
+            'inner scope': {'flags.ready': 1, 'flags.mode': 5, 'flags.wide': 0x54321,
+                'word.value': 0x1234, 'word.bytes[1]': 0x12, 'word.parts.low': 4, single: 1.5,
+                large: -1e10, 'grid[1][2]': 6, '*pointer': 5, 'thing.inner[1].ratio': -2,
+                'thing.self->self->kind': 7, tiny: -128, truth: 1, local: 1000, mean: -20.25,
+                'copy.ratio': -2, 'text[1]': 101},
+            'statics': {calls: 10},
+            'changed': {'flags.level': 7, 'flags.mode': 5, 'word.value': 0xff34,
+                'word.parts.high': 0xff3, 'grid[0][0]': 1001, local: -42},
+            'end': {'*pointer': 55, 'grid[1][1]': 55, mean: -40.5, 'copy.name[0]': 84}};
+        Debug.breakOn('main');
+        Debug.go();
+        Debug.clearBreakpoints();
+        var seen = '', wrong = '', stops = 0;
+        for (;;) {
+            var at = Debug.location(), stack = Debug.callstack();
+            if (at.line == 0) {
+                if (stack.length < 2) break;
+                Debug.stepout();
+                continue;
+            }
+            stops++;
+            if (at.file != 'values.c' || stack[0].line != at.line) wrong += at.file + at.line + ' ';
+            if (at.function != 'main' && stack[1].function != 'main') wrong += 'caller ';
+            for (var mark in lines) {
+                if (lines[mark] != at.line || seen.indexOf(mark) >= 0) continue;
+                seen += mark + ' ';
+                for (var name in expected[mark]) {
+                    if (!expected[mark].hasOwnProperty(name)) continue;
+                    var value = Debug.evaluate(name);
+                    if (value != expected[mark][name]) wrong += mark + ': ' + name + ' ' + value + ' ';
+                }
+            }
+            if (!Debug.step()) break;
+        }
+        WScript.Echo(seen + (stops > 12) + ' ' + wrong);
+    )");
+    EXPECT_EQ(outcome.output, "negate inner scope changed statics end true \n");
 }
 
 TEST_F(ScriptSession, SeesWhatTheTargetRecords)
