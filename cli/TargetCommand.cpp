@@ -92,6 +92,8 @@ public:
         const QStringList memories = target.allMemoryInterfaces();
         if (!m_options.memory.isEmpty() && !memories.contains(m_options.memory))
             throw missing(u"memory"_s, m_options.memory, memories);
+        for (const TargetAction& action : m_options.actions)
+            checkLocks(target, action);
         TargetProgramming programming(target, m_control, m_host);
         bool done = true;
         for (const TargetAction& action : m_options.actions)
@@ -107,6 +109,17 @@ private:
         if (!simulator)
             throw UsageError{"only a simulator can be told its device"};
         selectDevice(*simulator, m_options.device);
+    }
+
+    /// A target without locks would only say that it has locked.
+    static void checkLocks(const TargetInterface& target, const TargetAction& action)
+    {
+        using namespace TargetCapability;
+        const unsigned needed = action.kind == Kind::Lock ? Lock | LockAllOnly
+            : action.kind == Kind::Unlock                 ? Unlock | UnlockAllOnly
+                                                          : 0;
+        if (needed != 0 && (target.capabilities() & needed) == 0)
+            throw HException("the target has no memory that can be locked");
     }
 
     static QString actionName(const TargetAction& action)
