@@ -32,9 +32,8 @@ bool areDigits(QString text, int base)
 {
     if (base == DecimalDisplay && text.startsWith(u'-'))
         text.remove(0, 1);
-    else if (base == HexadecimalDisplay && text.startsWith(u"0x", Qt::CaseInsensitive))
-        text.remove(0, 2);
-    else if (base == BinaryDisplay && text.startsWith(u"0b", Qt::CaseInsensitive))
+    else if ((base == HexadecimalDisplay && text.startsWith(u"0x", Qt::CaseInsensitive))
+             || (base == BinaryDisplay && text.startsWith(u"0b", Qt::CaseInsensitive)))
         text.remove(0, 2);
     bool ok = false;
     text.toULongLong(&ok, base);

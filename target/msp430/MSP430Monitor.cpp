@@ -37,7 +37,7 @@ std::vector<std::string> splitNames(const std::string& names)
 MSP430Monitor::MSP430Monitor(TargetInterfaceHelperFunctions* host)
     : SimulatedHMonitor(u"MSP430 Core Simulator"_s, simulatorCapabilities, host,
                         u"$(BenchDir)/targets/msp430peripherals.js"_s),
-      TargetMemoryInterface(Endian::Little, 2, true),
+      SimulatedFlash(Endian::Little, 2, true),
       m_pollIntervalValue(&pollIntervalClass())
 {
 }
@@ -112,25 +112,14 @@ void MSP430Monitor::addValidRanges()
             addressRanges().add(start, end, false);
 }
 
-namespace {
-
-constexpr unsigned char ErasedByte = 0xFF;
-
-} // namespace
-
-void MSP430Monitor::eraseBytes(unsigned address, unsigned length, unsigned* erasedStart,
-                               unsigned* erasedLength)
+std::vector<std::pair<unsigned, unsigned>> MSP430Monitor::flashRanges() const
 {
-    memsetBytes(address, length, ErasedByte);
-    TargetMemoryInterface::eraseBytes(address, length, erasedStart, erasedLength);
-}
-
-void MSP430Monitor::eraseAll()
-{
-    const MSP430DevicesInterface& device = *m_devices;
-    if (device.infoEnd() != 0)
-        memsetBytes(device.infoStart(), device.infoEnd() - device.infoStart() + 1, ErasedByte);
-    memsetBytes(device.mainStart(), device.mainEnd() - device.mainStart() + 1, ErasedByte);
+    requireConnection();
+    std::vector<std::pair<unsigned, unsigned>> ranges = {
+        {m_devices->mainStart(), m_devices->mainEnd()}};
+    if (m_devices->infoEnd() != 0)
+        ranges.emplace_back(m_devices->infoStart(), m_devices->infoEnd());
+    return ranges;
 }
 
 void MSP430Monitor::disconnect()

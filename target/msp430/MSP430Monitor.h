@@ -6,6 +6,7 @@
 #include "target/msp430/MSP430Registers.h"
 #include "target/msp430/MSP430RunCore.h"
 #include "target/msp430/MemoryImage.h"
+#include "target/msp430/SimulatedFlash.h"
 
 #include <memory>
 #include <string>
@@ -16,7 +17,7 @@
 class MSP430Monitor final : public SimulatedHMonitor,
                             public MSP430MonitorInterface,
                             public MSP430InstructionSetSimulator,
-                            public TargetMemoryInterface {
+                            public SimulatedFlash {
 public:
     explicit MSP430Monitor(TargetInterfaceHelperFunctions* host = nullptr);
     ~MSP430Monitor() override;
@@ -65,11 +66,6 @@ public:
     void writeWord(unsigned address, unsigned value) override;
     void unsupportedOpcode(unsigned word) override;
 
-    /// Of flash, which then holds ones.
-    void eraseBytes(unsigned address, unsigned length, unsigned* erasedStart,
-                    unsigned* erasedLength) override;
-    void eraseAll() override;
-
     // The debugger's access: no error is reported and no breakpoint matched.
     void pokeBytes(unsigned address, unsigned length, const unsigned char* data) override;
     void peekBytes(unsigned address, unsigned length, unsigned char* data) override;
@@ -80,6 +76,7 @@ protected:
     unsigned runUnwatched(unsigned passes) override;
     void breakpointsChanged() override;
     void leaveRunUnwatched() override { m_runDeadline = 0; }
+    std::vector<std::pair<unsigned, unsigned>> flashRanges() const override;
 
 private:
     using RunCore = MSP430RunCore<MSP430Monitor>;

@@ -338,6 +338,26 @@ TEST_F(MonitorTest, TheMultiplierStandsInTheMemoryMap)
     EXPECT_EQ(monitor.peekUint16(0x13A), 120000u & 0xFFFF);
 }
 
+TEST(SimulatedFlash, ErasingLeavesOnesAndTouchesNothingElse)
+{
+    MSP430Monitor monitor;
+    monitor.setIdentifyString("MSP430F449");
+    monitor.connect(false);
+    TargetInterface& target = monitor;
+    monitor.pokeUint16(0x200, 0x1234);
+    monitor.pokeUint16(0x8000, 0x1234);
+    monitor.pokeUint16(0x8002, 0x5678);
+    target.eraseBytes(&monitor, nullptr, 0x8000, 2);
+    EXPECT_EQ(monitor.peekUint16(0x8000), 0xFFFF);
+    EXPECT_EQ(monitor.peekUint16(0x8002), 0x5678);
+    target.loadBegin();
+    target.eraseAll();
+    EXPECT_TRUE(target.codeErasedRanges().find(0x8000)) << "remembered for the load";
+    target.loadEnd();
+    EXPECT_EQ(monitor.peekUint16(0x8002), 0xFFFF);
+    EXPECT_EQ(monitor.peekUint16(0x200), 0x1234);
+}
+
 TEST_F(MonitorTest, PeekingMatchesNothingAndReachesEveryByte)
 {
     HBreakpoint watch{.address = 0x300, .length = 2, .trigger = 1};
