@@ -1,0 +1,5 @@
+#include "editor/parsers/CodeEditParser.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+QString CodeEditParser::delimiters() const { return u"\\{\\}\\[\\]\\(\\)"_s; }
