@@ -1,0 +1,106 @@
+#include "editor/document/TextEncoding.h"
+
+#include <QTextCodec>
+
+#include <limits>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+struct ByteOrderMark {
+    QByteArrayView bytes;
+    const char* codec;
+    QStringView name;
+};
+constexpr ByteOrderMark Marks[] = {
+    {"\xFE\xFF", "UTF-16BE", u"ISO-10646-UCS-2"},
+    {"\xFF\xFE", "UTF-16LE", u"ISO-10646-UCS-2"},
+    {"\xEF\xBB\xBF", "UTF-8", u"utf8"},
+};
+
+int chunk(qsizetype size)
+{
+    constexpr qsizetype most = std::numeric_limits<int>::max() / 4;
+    return static_cast<int>(std::min(size, most));
+}
+
+} // namespace
+
+TextEncoding TextEncoding::forFile(const QString& name, QByteArrayView firstBytes)
+{
+    TextEncoding result;
+    result.m_name = name.isEmpty() ? Default.toString() : name;
+    for (const ByteOrderMark& mark : Marks) {
+        if (!firstBytes.startsWith(mark.bytes))
+            continue;
+        // A name that was chosen is kept to; if it is the mark's own, the mark is kept as well.
+        QTextCodec* const chosen = QTextCodec::codecForName(result.m_name.toLatin1());
+        QTextCodec* const marked = QTextCodec::codecForName(mark.codec);
+        if (result.m_name == Default || chosen == QTextCodec::codecForName(mark.name.toLatin1())) {
+            result.m_name = mark.name.toString();
+            result.m_codec = marked;
+            result.m_mark = mark.bytes.toByteArray();
+            return result;
+        }
+    }
+    result.m_codec = QTextCodec::codecForName(result.m_name.toLatin1());
+    if (!result.m_codec)
+        result.m_codec = QTextCodec::codecForLocale();
+    return result;
+}
+
+QString TextEncoding::decode(QByteArrayView bytes, bool& lossless) const
+{
+    if (bytes.startsWith(m_mark))
+        bytes = bytes.sliced(m_mark.size());
+    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+    QString text;
+    while (!bytes.isEmpty()) {
+        const int size = chunk(bytes.size());
+        const QString part = m_codec->toUnicode(bytes.data(), size, &state);
+        text = text.isEmpty() ? part : text + part;
+        bytes = bytes.sliced(size);
+    }
+    lossless = state.invalidChars == 0 && state.remainingChars == 0;
+    return text;
+}
+
+bool TextEncoding::canEncode(QStringView text) const
+{
+    if (!m_codec)
+        return true;
+    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+    while (!text.isEmpty()) {
+        const int size = chunk(text.size());
+        m_codec->fromUnicode(reinterpret_cast<const QChar*>(text.utf16()), size, &state);
+        text = text.sliced(size);
+    }
+    return state.invalidChars == 0 && state.remainingChars == 0;
+}
+
+struct TextEncoding::Writer::State {
+    QTextCodec* codec;
+    QTextCodec::ConverterState state{QTextCodec::IgnoreHeader};
+    QByteArray mark;
+};
+
+TextEncoding::Writer::Writer(const TextEncoding& encoding)
+    : m_state(new State{encoding.m_codec, QTextCodec::ConverterState(QTextCodec::IgnoreHeader),
+                        encoding.m_mark})
+{
+}
+
+TextEncoding::Writer::~Writer() { delete m_state; }
+
+void TextEncoding::Writer::write(QStringView text, QByteArray& bytes)
+{
+    bytes += m_state->mark;
+    m_state->mark.clear();
+    while (!text.isEmpty()) {
+        const int size = chunk(text.size());
+        bytes += m_state->codec->fromUnicode(reinterpret_cast<const QChar*>(text.utf16()), size,
+                                             &m_state->state);
+        text = text.sliced(size);
+    }
+}

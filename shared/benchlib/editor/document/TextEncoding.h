@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+class QTextCodec;
+
+/// How a file's bytes stand for its text.
+class TextEncoding {
+public:
+    static constexpr QStringView Default = u"Default";
+
+    /// Of that name, or the user's own if there is none; `Default` by the first bytes of a file,
+    /// whose byte order mark is remembered and written again.
+    static TextEncoding forFile(const QString& name, QByteArrayView firstBytes);
+
+    /// False if there is no codec at all.
+    bool isValid() const { return m_codec != nullptr; }
+    /// What was asked for, or what the mark told.
+    const QString& name() const { return m_name; }
+
+    /// The text without its byte order mark. `lossless` is false if some bytes stand for nothing:
+    /// they became U+FFFD.
+    QString decode(QByteArrayView bytes, bool& lossless) const;
+
+    bool canEncode(QStringView text) const;
+
+    /// Encodes a text piece by piece.
+    class Writer {
+    public:
+        explicit Writer(const TextEncoding& encoding);
+        ~Writer();
+        Writer(const Writer&) = delete;
+        Writer& operator=(const Writer&) = delete;
+        void write(QStringView text, QByteArray& bytes);
+
+    private:
+        struct State;
+        State* m_state;
+    };
+
+private:
+    friend class Writer;
+
+    QString m_name;
+    QTextCodec* m_codec = nullptr; ///< Qt owns it
+    QByteArray m_mark;
+};
