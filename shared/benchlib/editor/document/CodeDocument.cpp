@@ -91,7 +91,8 @@ void CodeDocument::endUpdate(unsigned flags)
         return;
     }
     if ((m_updateFlags & Extend) != 0)
-        setSelection({m_selection.begin, m_caret});
+        setSelection(m_selection.begin == m_caret ? QSelection{}
+                                                  : QSelection{m_selection.begin, m_caret});
     if ((m_updateFlags & Deselect) != 0 && selecting())
         dropSelection();
     updateFinished(m_updateFlags, m_updateCaret);
