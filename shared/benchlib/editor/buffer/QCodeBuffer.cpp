@@ -1,6 +1,7 @@
 #include "editor/buffer/QCodeBuffer.h"
 
 #include "editor/parsers/CodeEditParser.h"
+#include "editor/parsers/SpellChecker.h"
 
 #include <QtGlobal>
 
@@ -271,6 +272,8 @@ void QCodeBuffer::syncHighlighting(int last)
         return;
     if (last < 0 || last >= count())
         last = count() - 1;
+    // Only what is drawn is checked.
+    const SpellChecker::Pause noSpelling;
     int line = m_lines.nextUnknown(0);
     while (line <= last) {
         // Only the states at the starts of lines are kept: the line above tells this one's.

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "editor/parsers/KeywordSet.h"
+
 #include <QString>
 #include <QStringList>
 
 /// Turns one line of source into the same line with marks of style between its characters.
 ///
-/// A parser keeps nothing from line to line but one integer, its state, which the owner of the lines
-/// stores with each. One object serves all documents of a language in turn.
+/// A parser keeps nothing from line to line but one integer, its state, which the owner of the
+/// lines stores with each. One object serves all documents of a language in turn.
 class CodeEditParser {
 public:
     /// The style of a stretch of text. Colour schemes have one text style for each.
@@ -54,7 +56,8 @@ public:
     CodeEditParser& operator=(const CodeEditParser&) = delete;
 
     /// Writes the line with its marks to `out`, which has room for outputSize units, and a NUL
-    /// behind it. Returns the number of units ahead of the NUL. setState is called first, each time.
+    /// behind it. Returns the number of units ahead of the NUL. setState is called first, each
+    /// time.
     virtual qsizetype parse(QStringView in, char16_t* out) = 0;
     /// The characters that are matched as pairs, an opening and a closing one in turn, escaped for
     /// use between the brackets of a regular expression.
@@ -71,14 +74,19 @@ public:
     /// The number of "{" in the line less that of "}".
     int depth() const { return m_depth; }
 
-    const QStringList& keywords() const { return m_keywords; }
-    const QStringList& controls() const { return m_controls; }
-    void setUserKeywords(const QStringList& keywords) { m_userKeywords = keywords; }
+    const QStringList& keywords() const { return m_keywords.words(); }
+    const QStringList& controls() const { return m_controls.words(); }
+    void setUserKeywords(const QStringList& keywords) { m_userKeywords = KeywordSet(keywords); }
 
 protected:
     int m_state = 0;
     int m_depth = 0;
-    QStringList m_keywords;
-    QStringList m_userKeywords;
-    QStringList m_controls;
+    bool isKeyword(QStringView word) const
+    {
+        return m_keywords.contains(word) || m_userKeywords.contains(word);
+    }
+
+    KeywordSet m_keywords;
+    KeywordSet m_userKeywords;
+    KeywordSet m_controls;
 };
