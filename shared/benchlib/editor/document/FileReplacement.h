@@ -5,8 +5,8 @@
 
 /// Writes a file anew: beside it first, so that what stood in it is there until the new content is
 /// whole. Mode and owner stay, a symbolic link goes on to point to its file, and a file with other
-/// links or of an owner that can't be given is written in place once the copy beside it is whole. What isn't a
-/// regular file, such as a device, is written to.
+/// links or of an owner that can't be given is written in place once the copy beside it is whole.
+/// What isn't a regular file, such as a device, is written to.
 class FileReplacement {
 public:
     explicit FileReplacement(const QString& path);

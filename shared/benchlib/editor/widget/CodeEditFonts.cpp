@@ -1,0 +1,24 @@
+#include "editor/widget/CodeEditFonts.h"
+
+#include "editor/widget/CodeEditColorScheme.h"
+
+#include <QFontMetricsF>
+
+#include <algorithm>
+#include <cmath>
+
+CodeEditFonts::CodeEditFonts(const QFont& base)
+{
+    for (int index = 0; index < CodeEditTextStyle::FontCount; ++index) {
+        QFont font = base;
+        font.setKerning(false);
+        font.setWeight((index & CodeEditTextStyle::Bold) != 0 ? QFont::Bold : QFont::Normal);
+        font.setItalic((index & CodeEditTextStyle::Italic) != 0);
+        font.setUnderline((index & CodeEditTextStyle::Underline) != 0);
+        m_fonts.append(font);
+        const QFontMetricsF metrics(font);
+        m_lineHeight = std::max(m_lineHeight, static_cast<int>(std::ceil(metrics.lineSpacing())));
+        m_ascent = std::max(m_ascent, static_cast<int>(std::ceil(metrics.ascent())));
+    }
+    m_characterWidth = std::max(1.0, QFontMetricsF(m_fonts[0]).horizontalAdvance(u'0'));
+}

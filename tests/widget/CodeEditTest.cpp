@@ -1,0 +1,321 @@
+#include "../editor/EditCases.h"
+#include "../editor/EditorTest.h"
+
+#include "editor/commands/MacroRecorder.h"
+#include "editor/find/CodeEditFindIncrementalDialog.h"
+#include "editor/parsers/LanguageRegistry.h"
+#include "editor/widget/CodeEdit.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDropEvent>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+class CodeEditTest : public testing::Test {
+protected:
+    CodeEditTest()
+    {
+        CodeEditor::setOverwriteMode(false);
+        CodeEdit::setHighlightFind({});
+        m_edit.resize(700, 400);
+        m_edit.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&m_edit));
+        m_edit.setFocus();
+    }
+
+    CodeEditor& editor() { return m_edit.editor(); }
+    void key(int key, Qt::KeyboardModifiers modifiers = {})
+    {
+        QTest::keyClick(&m_edit, static_cast<Qt::Key>(key), modifiers);
+    }
+    void type(const QString& text)
+    {
+        for (const QChar c : text) {
+            if (c == u'\n')
+                key(Qt::Key_Return);
+            else
+                QTest::sendKeyEvent(QTest::Click, &m_edit,
+                                    static_cast<Qt::Key>(c.toUpper().unicode()), QString(c), {});
+        }
+    }
+    void click(QCodeBufferPosition place, Qt::KeyboardModifiers modifiers = {})
+    {
+        QTest::mouseClick(m_edit.viewport(), Qt::LeftButton, modifiers, pointOf(place));
+    }
+    QPoint pointOf(QCodeBufferPosition place)
+    {
+        return (m_edit.pointOf(place) + QPointF(1, m_edit.fonts().lineHeight() / 2.0)).toPoint();
+    }
+
+    CodeEdit m_edit;
+};
+
+TEST_F(CodeEditTest, KeysDoWhatTheCasesSay)
+{
+    int run = 0;
+    for (const EditCase& editCase : EditCase::all()) {
+        clipboardRing().clear();
+        LastSearch().remember();
+        editor().clear();
+        QApplication::clipboard()->setText(editCase.clipboard);
+        prepare(editCase, editor());
+        editor().setTopLine(0);
+        for (const EditCase::Step& step : editCase.steps) {
+            EditCommand command = EditCommand::charLeft;
+            if (step.kind == EditCase::Step::Kind::Text) {
+                type(step.text);
+            } else if (step.kind == EditCase::Step::Kind::Command) {
+                ASSERT_TRUE(commandFromName(step.text, command));
+                m_edit.execute(command);
+            } else {
+                const QKeyCombination keys = QKeySequence::fromString(step.text)[0];
+                key(keys.key(), keys.keyboardModifiers());
+            }
+        }
+        EXPECT_EQ(marked(editor()), marked(editCase.after)) << editCase.name.toStdString();
+        ++run;
+    }
+    EXPECT_GT(run, 100);
+}
+
+// A whole file typed from an empty document; undo back and redo forth again at every 50th step.
+TEST_F(CodeEditTest, TypesAWholeFile)
+{
+    const QString text = QString::fromUtf8(bytesOf(QStringLiteral(GANTRY_TYPED_FILE)));
+    ASSERT_GT(text.size(), 1000);
+    CodeEditSettings settings;
+    settings.indentMode = CodeEditSettings::IndentMode::None;
+    settings.expandTemplates = false;
+    editor().setSettings(settings);
+    editor().setParser(languages().parserForExtension(u"c"_s));
+    for (qsizetype typed = 0; typed < text.size(); ++typed) {
+        type(text.mid(typed, 1));
+        if (typed % 50 != 49)
+            continue;
+        const QString before = textOf(editor());
+        ASSERT_EQ(before, text.left(typed + 1));
+        editor().undoAll();
+        ASSERT_EQ(textOf(editor()), u""_s);
+        editor().redoAll();
+        ASSERT_EQ(textOf(editor()), before);
+    }
+    QTemporaryDir folder;
+    const QString path = folder.filePath(u"typed.c"_s);
+    ASSERT_TRUE(editor().saveAs(Path(path)));
+    EXPECT_EQ(bytesOf(path), bytesOf(QStringLiteral(GANTRY_TYPED_FILE)));
+}
+
+TEST_F(CodeEditTest, MouseSelectsCharactersWordsAndLines)
+{
+    editor().setText(u"one two\nthree four\nfive"_s);
+    click({0, 5});
+    EXPECT_EQ(editor().caret(), (QCodeBufferPosition{0, 5}));
+    click({1, 2}, Qt::ShiftModifier);
+    EXPECT_EQ(editor().selectedText(), u"wo\nth"_s);
+    QTest::mouseDClick(m_edit.viewport(), Qt::LeftButton, {}, pointOf({1, 7}));
+    EXPECT_EQ(editor().selectedText(), u"four"_s);
+    QTest::mouseRelease(m_edit.viewport(), Qt::LeftButton, {}, pointOf({1, 7}));
+    QTest::mouseDClick(m_edit.viewport(), Qt::LeftButton, {}, pointOf({0, 20}));
+    EXPECT_EQ(editor().selectedText(), u"one two\n"_s);
+    QTest::mouseRelease(m_edit.viewport(), Qt::LeftButton, {}, pointOf({0, 20}));
+    // Dragging with the button down.
+    QTest::mousePress(m_edit.viewport(), Qt::LeftButton, {}, pointOf({2, 1}));
+    QTest::mouseMove(m_edit.viewport(), pointOf({2, 3}));
+    QTest::mouseRelease(m_edit.viewport(), Qt::LeftButton, {}, pointOf({2, 3}));
+    EXPECT_EQ(editor().selectedText(), u"iv"_s);
+    // The right button leaves the selection that it is over.
+    QTest::mouseClick(m_edit.viewport(), Qt::RightButton, {}, pointOf({2, 2}));
+    EXPECT_EQ(editor().selectedText(), u"iv"_s);
+}
+
+TEST_F(CodeEditTest, PlacesAndPointsAgree)
+{
+    CodeEditSettings settings;
+    settings.tabSize = 4;
+    editor().setSettings(settings);
+    const QStringList lines{u"plain text"_s,
+                            u"\ta\tb"_s,
+                            u"wide \u6f22\u5b57 \U0001F600 x"_s,
+                            u"\u05d0\u05d1\u05d2 abc \u05d3\u05d4"_s,
+                            u"e\u0301e\u0301"_s,
+                            u""_s};
+    editor().setText(lines);
+    for (int line = 0; line < lines.size(); ++line) {
+        for (int column = 0; column <= lines[line].size(); ++column) {
+            const QPointF point = m_edit.pointOf({line, column});
+            const QCodeBufferPosition back = m_edit.positionAt(point + QPointF(0.25, 3));
+            EXPECT_EQ(back.line, line);
+            EXPECT_NEAR(m_edit.pointOf(back).x(), point.x(), 0.6) << line << ' ' << column;
+        }
+    }
+}
+
+TEST_F(CodeEditTest, DropsTextWhereThePointerIs)
+{
+    const auto drop = [&](QCodeBufferPosition at, Qt::DropAction action, const QString& text) {
+        QMimeData data;
+        data.setText(text);
+        QDragEnterEvent enter(pointOf(at), action, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(m_edit.viewport(), &enter);
+        QDropEvent event(pointOf(at), action, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(m_edit.viewport(), &event);
+    };
+    editor().setText(u"one two three"_s);
+    drop({0, 3}, Qt::CopyAction, u"-x"_s);
+    EXPECT_EQ(textOf(editor()), u"one-x two three"_s);
+    EXPECT_EQ(editor().selectedText(), u"-x"_s);
+    editor().undo();
+    EXPECT_EQ(textOf(editor()), u"one two three"_s);
+}
+
+TEST_F(CodeEditTest, InputMethodsComposeAndCommit)
+{
+    editor().setText(u"ab"_s);
+    editor().setCaretPosition({0, 1});
+    QInputMethodEvent composing(u"\u304b"_s, {});
+    QCoreApplication::sendEvent(&m_edit, &composing);
+    EXPECT_EQ(textOf(editor()), u"ab"_s);
+    m_edit.grab();
+    QInputMethodEvent commit;
+    commit.setCommitString(u"\u6f22\u5b57"_s);
+    QCoreApplication::sendEvent(&m_edit, &commit);
+    EXPECT_EQ(textOf(editor()), u"a\u6f22\u5b57b"_s);
+    QInputMethodQueryEvent query(Qt::ImSurroundingText | Qt::ImCursorPosition);
+    QCoreApplication::sendEvent(&m_edit, &query);
+    EXPECT_EQ(query.value(Qt::ImSurroundingText).toString(), u"a\u6f22\u5b57b"_s);
+    EXPECT_EQ(query.value(Qt::ImCursorPosition).toInt(), 3);
+    editor().undo();
+    EXPECT_EQ(textOf(editor()), u"ab"_s);
+}
+
+TEST_F(CodeEditTest, KeysOfNoUseGoOn)
+{
+    editor().setText(u"a"_s);
+    QKeyEvent menu(QEvent::KeyPress, Qt::Key_F9, {});
+    menu.setAccepted(true);
+    QCoreApplication::sendEvent(&m_edit, &menu);
+    EXPECT_FALSE(menu.isAccepted());
+    QTest::sendKeyEvent(QTest::Click, &m_edit, Qt::Key_X, u"x"_s, Qt::AltModifier);
+    EXPECT_EQ(textOf(editor()), u"a"_s);
+    // AltGr on keyboards that send it as two keys.
+    QTest::sendKeyEvent(QTest::Click, &m_edit, Qt::Key_At, u"@"_s,
+                        Qt::AltModifier | Qt::ControlModifier);
+    key(Qt::Key_Space, Qt::ShiftModifier | Qt::ControlModifier);
+    EXPECT_EQ(textOf(editor()), u"@\u00b7a"_s);
+}
+
+TEST_F(CodeEditTest, AnArgumentRepeatsTheNextMotion)
+{
+    editor().setText(QString(u'x').repeated(40));
+    QSignalSpy messages(&m_edit, &CodeEdit::message);
+    editor().setArgument(1);
+    type(u"2"_s);
+    EXPECT_EQ(messages.last().first().toString(), u"Argument: 12"_s);
+    key(Qt::Key_Right);
+    EXPECT_EQ(editor().caret().column, 12);
+    key(Qt::Key_Right);
+    EXPECT_EQ(editor().caret().column, 13);
+}
+
+TEST_F(CodeEditTest, RecordsAndPlaysAMacro)
+{
+    MacroRecorder& recorder = macroRecorder();
+    editor().setText(u"a\nb\nc"_s);
+    recorder.start();
+    type(u"x "_s);
+    key(Qt::Key_Down);
+    key(Qt::Key_Home);
+    recorder.pause();
+    key(Qt::Key_Right);
+    key(Qt::Key_Left);
+    recorder.resume();
+    recorder.stop();
+    editor().playRecording();
+    EXPECT_EQ(textOf(editor()), u"x a\nx b\nc"_s);
+    editor().undo();
+    EXPECT_EQ(textOf(editor()), u"x a\nb\nc"_s);
+    recorder.cancel();
+    editor().playRecording();
+    EXPECT_EQ(textOf(editor()), u"x a\nb\nc"_s);
+}
+
+TEST_F(CodeEditTest, SearchesWhileOneTypes)
+{
+    editor().setText(u"one two\none three one"_s);
+    editor().setCaretPosition({0, 2});
+    key(Qt::Key_I, Qt::ControlModifier);
+    auto* bar = m_edit.findChild<CodeEditFindIncrementalDialog*>();
+    ASSERT_TRUE(bar && bar->isVisible());
+    auto* text = bar->findChild<QLineEdit*>();
+    QTest::keyClicks(text, u"on"_s);
+    EXPECT_EQ(bar->status(), u"2 of 3"_s);
+    EXPECT_EQ(editor().caret(), (QCodeBufferPosition{1, 2}));
+    QTest::keyClick(text, Qt::Key_F3);
+    EXPECT_EQ(bar->status(), u"3 of 3"_s);
+    QTest::keyClick(text, Qt::Key_F3);
+    EXPECT_EQ(bar->status(), u"1 of 3"_s);
+    QTest::keyClick(text, Qt::Key_F3, Qt::ShiftModifier);
+    EXPECT_EQ(bar->status(), u"3 of 3"_s);
+    QTest::keyClicks(text, u"zzz"_s);
+    EXPECT_EQ(bar->status(), u"0 of 0"_s);
+    EXPECT_EQ(editor().caret(), (QCodeBufferPosition{0, 2}));
+    text->clear();
+    EXPECT_EQ(bar->status(), u""_s);
+    QTest::keyClicks(text, u"three"_s);
+    QTest::keyClick(text, Qt::Key_Escape);
+    EXPECT_FALSE(bar->isVisible());
+    EXPECT_EQ(editor().caret(), (QCodeBufferPosition{0, 2}));
+}
+
+TEST_F(CodeEditTest, TheMarginWidensWithTheNumberOfLines)
+{
+    m_edit.setLineNumberMode(CodeEdit::LineNumberMode::AllLines);
+    editor().setText(QString(u"\n"_s).repeated(900));
+    const int small = m_edit.marginWidth();
+    editor().setText(QString(u"\n"_s).repeated(10'000));
+    const int digits = static_cast<int>(m_edit.fonts().characterWidth() * 2);
+    EXPECT_NEAR(m_edit.marginWidth() - small, digits, 2);
+    m_edit.setLineNumberMode(CodeEdit::LineNumberMode::Off);
+    EXPECT_LT(m_edit.marginWidth(), small);
+}
+
+TEST_F(CodeEditTest, ScrollBarsAndTheViewAgree)
+{
+    editor().setText(QString(u"line\n"_s).repeated(500) + QString(u'x').repeated(400));
+    key(Qt::Key_End, Qt::ControlModifier);
+    EXPECT_EQ(m_edit.verticalScrollBar()->value(), editor().topLine());
+    EXPECT_GT(editor().leftColumn(), 200);
+    EXPECT_TRUE(m_edit.viewport()->rect().contains(m_edit.caretRectangle().center().toPoint()));
+    m_edit.verticalScrollBar()->setValue(10);
+    EXPECT_EQ(editor().topLine(), 10);
+    EXPECT_EQ(editor().caret().line, 500);
+    key(Qt::Key_Home, Qt::ControlModifier);
+    EXPECT_EQ(m_edit.verticalScrollBar()->value(), 0);
+    EXPECT_EQ(m_edit.horizontalScrollBar()->value(), 0);
+}
+
+TEST(CaretStyle, IsReadFromItsText)
+{
+    EXPECT_EQ(CodeEdit::decodeCaretStyle(u"Blinking Vertical Bar"_s), 6);
+    EXPECT_EQ(CodeEdit::decodeCaretStyle(u"Steady Block"_s), 1);
+    EXPECT_EQ(CodeEdit::decodeCaretStyle(u"Blinking Underline"_s), 4);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    testing::InitGoogleTest(&argc, argv);
+    const QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
