@@ -1,6 +1,6 @@
 #pragma once
 
-#include "build/log/DiagnosticData.h"
+#include "base/DiagnosticData.h"
 
 #include <chrono>
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "build/log/DiagnosticData.h"
+#include "base/DiagnosticData.h"
 
 /// Knows the messages of one family of tools.
 class DiagnosticParser {

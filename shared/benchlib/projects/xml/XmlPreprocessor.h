@@ -115,13 +115,27 @@ private:
         if (!Tree::isElement(node))
             return;
         expandAttributes(node);
-        if (const Handler handler = handlers().value(Tree::tag(node))) {
+        const Handler handler = handlers().value(Tree::tag(node));
+        if (handler && !isNamedPart(node)) {
             (this->*handler)(node);
             return;
         }
         for (const auto& [name, value] : frame.inherited)
             Tree::setAttribute(node, name, value);
         m_frames.push_back({Tree::firstChild(node), {}, frame.scope, {}, {}});
+    }
+
+    /// A define that has content in place of a value, such as a menu's: a part of the document that
+    /// readers look for by its name. It stays.
+    static bool isNamedPart(const Node& element)
+    {
+        if (Tree::tag(element) != u"define" || Tree::hasAttribute(element, QStringLiteral("value")))
+            return false;
+        for (Node child = Tree::firstChild(element); !Tree::isNull(child);
+             child = Tree::nextSibling(child))
+            if (Tree::isElement(child))
+                return true;
+        return false;
     }
 
     void finish()
