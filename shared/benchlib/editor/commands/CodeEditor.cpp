@@ -80,7 +80,7 @@ bool CodeEditor::isAvailable(EditCommand command) const
     case EditCommand::paste:
     case EditCommand::pasteAsString:
     case EditCommand::pasteAsComment:
-    case EditCommand::pasteAsHTML: return !m_host->clipboardText().isEmpty();
+    case EditCommand::pasteAsHTML: return m_host->hasClipboardText();
     case EditCommand::pasteAll:
     case EditCommand::cycleClipboardRing: return !clipboardRing().texts().isEmpty();
     default: return true;

@@ -7,6 +7,8 @@
 class CodeEditorHost : public DocumentPrompts {
 public:
     virtual QString clipboardText() { return m_clipboard; }
+    /// Asked at each change: must not wait for another program.
+    virtual bool hasClipboardText() { return !m_clipboard.isEmpty(); }
     virtual void setClipboardText(const QString& text) { m_clipboard = text; }
     /// A line from 1 on; 0 for none.
     virtual int askLine(int current, int count)

@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPushButton>
 
 using namespace Qt::Literals::StringLiterals;
@@ -44,6 +45,20 @@ QString CodeEditHost::fileToInsert()
 }
 
 QString CodeEditHost::clipboardText() { return QApplication::clipboard()->text(); }
+
+bool CodeEditHost::hasClipboardText()
+{
+    // What it holds may be another program's: it is asked once, when that has changed.
+    static const QClipboard* const clipboard = QApplication::clipboard();
+    static bool hasText = clipboard->mimeData() && clipboard->mimeData()->hasText();
+    static const QMetaObject::Connection watched
+        = QObject::connect(clipboard, &QClipboard::dataChanged, clipboard, [] {
+              const QMimeData* data = QApplication::clipboard()->mimeData();
+              hasText = data && data->hasText();
+          });
+    Q_UNUSED(watched)
+    return hasText;
+}
 
 void CodeEditHost::setClipboardText(const QString& text)
 {

@@ -14,6 +14,7 @@ public:
     QString fileToSave(const QString& suggestion) override;
     QString fileToInsert() override;
     QString clipboardText() override;
+    bool hasClipboardText() override;
     void setClipboardText(const QString& text) override;
     int askLine(int current, int count) override;
     void carryOut(EditCommand command) override;

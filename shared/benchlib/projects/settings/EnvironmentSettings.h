@@ -30,6 +30,9 @@ public:
     /// installed by then.
     virtual void createEntries();
 
+    /// The value of a new setting, which may be another library's, registered on its page unless it is internal.
+    EnvironmentPropertyValue* createEntry(const SettingDescription& description);
+
     /// The stored value, or the class's default.
     QString readSetting(const PropertyClass* propertyClass) const;
     void writeSetting(const PropertyClass* propertyClass, const QString& text);
@@ -67,9 +70,6 @@ signals:
     void settingChanged(const QString& key);
 
 protected:
-    /// The value of a new setting, registered on its page unless it is internal.
-    EnvironmentPropertyValue* createEntry(const SettingDescription& description);
-
     /// Makes the members that a table of `member` and `description` pairs names.
     template <typename Owner, typename Table> void createTable(Owner* owner, const Table& table)
     {

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "base/Path.h"
+#include "editor/commands/EditCommand.h"
+
+#include <QMainWindow>
+
+class Actions;
+class BenchAction;
+class CodeEdit;
+class CodeEditFindDialog;
+class QLabel;
+class QTabWidget;
+
+/// Files in tabs, with the menus of an editor.
+class EditorWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit EditorWindow(QWidget* parent = nullptr);
+
+    /// The tab that shows the file. False, with a message shown, if it can't be read.
+    bool open(const Path& path);
+    void newDocument();
+    CodeEdit* current() const;
+    CodeEdit* at(int index) const;
+    QTabWidget* tabs() const { return m_tabs; }
+    CodeEditFindDialog* findDialog(bool replacing);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void makeConnections();
+    void connectCommand(BenchAction* action, EditCommand command);
+    CodeEdit* addEdit();
+    bool closeTab(int index);
+    bool closeAll(bool uneditedOnly, const CodeEdit* except);
+    bool saveAll();
+    void openByDialog();
+    void updateTab(CodeEdit* edit);
+    void updateState();
+    void showMessage(const QString& text);
+    void settingChanged(const QString& key);
+    void checkDiskState(CodeEdit* edit);
+
+    QTabWidget* m_tabs;
+    QLabel* m_note;
+    QLabel* m_mode;
+    QLabel* m_language;
+    QLabel* m_encoding;
+    CodeEditFindDialog* m_find = nullptr;
+    int m_untitled = 0;
+    bool m_checkingDisk = false;
+};

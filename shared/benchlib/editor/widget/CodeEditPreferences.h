@@ -1,0 +1,15 @@
+#pragma once
+
+class CodeEdit;
+class EnvironmentSettings;
+
+/// What the user has set of the editor, brought into effect.
+namespace CodeEditPreferences {
+
+/// What all editors share: undo, backups, templates, spelling, the clipboard ring.
+void applyToAll(const EnvironmentSettings& settings);
+
+/// What an editor has of its own; its file's name tells the language.
+void apply(const EnvironmentSettings& settings, CodeEdit& edit);
+
+} // namespace CodeEditPreferences
