@@ -4,9 +4,11 @@
 #include "editor/find/CodeEditFindIncrementalDialog.h"
 #include "editor/parsers/CodeSyntaxChecker.h"
 #include "editor/parsers/LanguageRegistry.h"
+#include "editor/widget/CodeEditAccessible.h"
 #include "editor/widget/CodeEditHost.h"
 #include "editor/widget/DiagnosticPopup.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QFontDatabase>
 #include <QScrollBar>
@@ -33,6 +35,7 @@ CodeEdit::CodeEdit(QWidget* parent)
       m_host(std::make_unique<CodeEditHost>(*this)),
       m_configuredFont(QFontDatabase::systemFont(QFontDatabase::FixedFont))
 {
+    installCodeEditAccessibility();
     m_editor.setHost(m_host.get());
     m_editor.setCaretMeasure([this] {
         return pointOf(m_editor.caret()).x() >= 0
@@ -301,6 +304,24 @@ void CodeEdit::viewChanged(bool whole, int caretLineBefore)
     }
     showCaret();
     updateMicroFocus();
+    tellScreenReaders();
+}
+
+/// That the text or the caret isn't what it was.
+void CodeEdit::tellScreenReaders()
+{
+    if (!QAccessible::isActive())
+        return;
+    if (m_toldSequence != m_editor.sequenceNumber()) {
+        m_toldSequence = m_editor.sequenceNumber();
+        QAccessibleValueChangeEvent value(this, m_editor.buffer().text(m_editor.caret().line));
+        QAccessible::updateAccessibility(&value);
+    }
+    QAccessibleInterface* self = QAccessible::queryAccessibleInterface(this);
+    if (!self)
+        return;
+    QAccessibleTextCursorEvent moved(this, self->textInterface()->cursorPosition());
+    QAccessible::updateAccessibility(&moved);
 }
 
 void CodeEdit::repaintLine(int line)

@@ -175,6 +175,7 @@ private:
     void showCaret();
     void repaintLine(int line);
     void viewChanged(bool whole, int caretLineBefore);
+    void tellScreenReaders();
 
     LinePainter::Look look() const;
     StyledLine styledLine(int line) const;
@@ -225,6 +226,7 @@ private:
     int m_wheelRest = 0;
 
     QString m_preedit;
+    qint64 m_toldSequence = 0;
     int m_longestColumns = 0; ///< of the lines that have been seen
     bool m_updatingScrollBars = false;
 

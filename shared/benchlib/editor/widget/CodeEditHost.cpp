@@ -51,11 +51,11 @@ bool CodeEditHost::hasClipboardText()
     // What it holds may be another program's: it is asked once, when that has changed.
     static const QClipboard* const clipboard = QApplication::clipboard();
     static bool hasText = clipboard->mimeData() && clipboard->mimeData()->hasText();
-    static const QMetaObject::Connection watched
-        = QObject::connect(clipboard, &QClipboard::dataChanged, clipboard, [] {
-              const QMimeData* data = QApplication::clipboard()->mimeData();
-              hasText = data && data->hasText();
-          });
+    static const QMetaObject::Connection watched =
+        QObject::connect(clipboard, &QClipboard::dataChanged, clipboard, [] {
+            const QMimeData* data = QApplication::clipboard()->mimeData();
+            hasText = data && data->hasText();
+        });
     Q_UNUSED(watched)
     return hasText;
 }

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "shell/find/FileSearch.h"
+
+#include <QDialog>
+
+#include <memory>
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QPushButton;
+
+/// Searching through the files of a folder. The hits go to a log, which isn't owned.
+class FindFilesDialog : public QDialog {
+    Q_OBJECT
+public:
+    explicit FindFilesDialog(BuildLogModel& log, QWidget* parent = nullptr);
+
+    void setText(const QString& text);
+    void setFolder(const QString& folder);
+
+signals:
+    void finished(const QString& summary);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void findClicked();
+    void browse();
+    FileSearch::Request request() const;
+    void remember() const;
+    void updateButtons();
+
+    FileSearch m_search;
+    bool m_running = false;
+    QComboBox* m_text;
+    QComboBox* m_fileTypes;
+    QComboBox* m_folder;
+    QCheckBox* m_wholeWord;
+    QCheckBox* m_matchCase;
+    QCheckBox* m_regularExpression;
+    QCheckBox* m_subfolders;
+    QPushButton* m_find;
+    QLabel* m_status;
+};

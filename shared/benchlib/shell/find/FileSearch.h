@@ -1,0 +1,48 @@
+#pragma once
+
+#include "editor/commands/TextSearch.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+class BuildLogModel;
+class QDir;
+
+/// A search through the files of a folder, whose hits become results of a log. It keeps the program
+/// alive by letting it handle events.
+class FileSearch {
+public:
+    struct Request {
+        QString text;
+        FindOptions options;
+        QString folder;
+        /// Patterns of file names, separated by ";", "," or blanks, such as "*.c;*.h". "*.*" stands
+        /// for all files.
+        QString fileTypes = QStringLiteral("*.*");
+        bool subfolders = true;
+    };
+    enum class Outcome { Done, Stopped, NoSuchFolder, BadExpression };
+
+    explicit FileSearch(BuildLogModel& log) : m_log(log) { }
+
+    /// Runs to the end, or until stop().
+    Outcome run(const Request& request);
+    void stop() { m_stopped = true; }
+    int found() const { return m_found; }
+    /// What is told of the last run, such as "2 occurrences have been found".
+    QString summary() const;
+
+private:
+    void findInFolder(const QDir& folder, const QStringList& filter, bool subfolders);
+    void findInFile(const QString& path);
+
+    BuildLogModel& m_log;
+    Request m_request;
+    TextSearch m_search;
+    Outcome m_outcome = Outcome::Done;
+    bool m_stopped = false;
+    int m_found = 0;
+    int m_sinceEvents = 0;
+};
