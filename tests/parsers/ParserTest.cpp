@@ -251,8 +251,7 @@ TEST(Spelling, FramesWordsOfComments)
     expectStyles(parserFor("c"),
                  {
                      {u"wrong // right wrnog"_s, u"......CCCCCCCCC~~~~~"_s},
-                     {u"/* it's NASA 'right' x1 */"_s,
-                      u"CCCCCCCCCCCCCCCCCCCCC~CCCC"_s},
+                     {u"/* it's NASA 'right' x1 */"_s, u"CCCCCCCCCCCCCCCCCCCCC~CCCC"_s},
                      {u"\"wrnog\""_s, u"LLLLLLL"_s},
                      {u"/*! \\ignore zork"_s, u"CCCCkkkkkkkCaaaa"_s, 3},
                      {u"zork bork */"_s, u"CCCCC~~~~CCC"_s, 0},

@@ -2,15 +2,21 @@
 #include "../editor/EditorTest.h"
 
 #include "editor/commands/MacroRecorder.h"
+#include "editor/find/CodeEditFindDialog.h"
 #include "editor/find/CodeEditFindIncrementalDialog.h"
 #include "editor/parsers/LanguageRegistry.h"
 #include "editor/widget/CodeEdit.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
+#include <QComboBox>
 #include <QDropEvent>
+#include <QImage>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QPainter>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -26,6 +32,7 @@ protected:
     {
         CodeEditor::setOverwriteMode(false);
         CodeEdit::setHighlightFind({});
+        LastSearch().remember();
         m_edit.resize(700, 400);
         m_edit.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&m_edit));
@@ -301,6 +308,80 @@ TEST_F(CodeEditTest, ScrollBarsAndTheViewAgree)
     key(Qt::Key_Home, Qt::ControlModifier);
     EXPECT_EQ(m_edit.verticalScrollBar()->value(), 0);
     EXPECT_EQ(m_edit.horizontalScrollBar()->value(), 0);
+}
+
+TEST_F(CodeEditTest, TheDialogSearchesAndReplaces)
+{
+    editor().setText(u"one two one"_s);
+    CodeEditFindDialog dialog(&m_edit, false);
+    dialog.show();
+    const auto button = [&](const QString& text) {
+        for (QPushButton* candidate : dialog.findChildren<QPushButton*>())
+            if (candidate->text() == text)
+                return candidate;
+        return static_cast<QPushButton*>(nullptr);
+    };
+    const QList<QComboBox*> combos = dialog.findChildren<QComboBox*>();
+    ASSERT_EQ(combos.size(), 2);
+    EXPECT_FALSE(button(u"&Find Next"_s)->isEnabled());
+    combos[0]->setEditText(u"one"_s);
+    EXPECT_TRUE(button(u"&Find Next"_s)->isEnabled());
+    QTest::mouseClick(button(u"&Find Next"_s), Qt::LeftButton);
+    EXPECT_EQ(editor().selection(), (QSelection{{0, 0}, {0, 3}}));
+    EXPECT_FALSE(combos[1]->isVisible());
+    QTest::mouseClick(button(u"&Replace  >>"_s), Qt::LeftButton);
+    EXPECT_TRUE(combos[1]->isVisible());
+    combos[1]->setEditText(u"1"_s);
+    QTest::mouseClick(button(u"&Replace"_s), Qt::LeftButton);
+    EXPECT_EQ(textOf(editor()), u"1 two one"_s);
+    QTest::mouseClick(button(u"Replace &All"_s), Qt::LeftButton);
+    EXPECT_EQ(textOf(editor()), u"1 two 1"_s);
+    combos[0]->setEditText(u"1"_s);
+    QTest::mouseClick(button(u"&Mark All"_s), Qt::LeftButton);
+    EXPECT_EQ(editor().bookmarkLines(), QList<int>{0});
+}
+
+TEST_F(CodeEditTest, ScreenReadersReadAndEditTheText)
+{
+    editor().setText(u"one\ntwo three"_s);
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&m_edit);
+    ASSERT_TRUE(accessible && accessible->textInterface());
+    QAccessibleTextInterface& text = *accessible->textInterface();
+    EXPECT_EQ(text.characterCount(), 13);
+    EXPECT_EQ(text.text(2, 6), u"e\ntw"_s);
+    text.setCursorPosition(6);
+    EXPECT_EQ(editor().caret(), (QCodeBufferPosition{1, 2}));
+    EXPECT_EQ(text.cursorPosition(), 6);
+    text.setSelection(0, 4, 7);
+    EXPECT_EQ(editor().selectedText(), u"two"_s);
+    int start = 0;
+    int end = 0;
+    text.selection(0, &start, &end);
+    EXPECT_EQ(start, 4);
+    EXPECT_EQ(end, 7);
+    const QRect rectangle = text.characterRect(4);
+    EXPECT_EQ(text.offsetAtPoint(rectangle.topLeft() + QPoint(1, 2)), 4);
+    accessible->editableTextInterface()->replaceText(0, 3, u"1"_s);
+    EXPECT_EQ(textOf(editor()), u"1\ntwo three"_s);
+}
+
+TEST_F(CodeEditTest, PrintsEveryLine)
+{
+    editor().setText(QString(u"line\n"_s).repeated(99) + u"last"_s);
+    PrintParameters parameters{600, 400, nullptr};
+    m_edit.initParameters(parameters);
+    m_edit.beginPrinting(parameters);
+    const int pages = m_edit.totalPages();
+    EXPECT_GT(pages, 1);
+    QImage image(600, 400, QImage::Format_RGB32);
+    for (int page = 0; page < pages; ++page) {
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        m_edit.render(page, painter);
+        painter.end();
+        EXPECT_NE(image, QImage(600, 400, QImage::Format_RGB32));
+    }
+    m_edit.endPrinting();
 }
 
 TEST(CaretStyle, IsReadFromItsText)
