@@ -1,5 +1,7 @@
 #include "EditorWindow.h"
 
+#include "SearchResults.h"
+
 #include "editor/commands/MacroRecorder.h"
 #include "editor/find/CodeEditFindDialog.h"
 #include "editor/parsers/LanguageRegistry.h"
@@ -8,6 +10,7 @@
 #include "projects/settings/EnvironmentSettings.h"
 #include "shell/actions/Actions.h"
 #include "shell/actions/GUIBuilder.h"
+#include "shell/dialogs/FindFilesDialog.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -130,7 +133,8 @@ EditorWindow::EditorWindow(QWidget* parent)
       m_note(new QLabel(this)),
       m_mode(new QLabel(this)),
       m_language(new QLabel(this)),
-      m_encoding(new QLabel(this))
+      m_encoding(new QLabel(this)),
+      m_results(new SearchResults(m_searchLog, this))
 {
     m_tabs->setDocumentMode(true);
     m_tabs->setTabsClosable(true);
@@ -146,6 +150,13 @@ EditorWindow::EditorWindow(QWidget* parent)
         label->setMargin(3);
         statusBar()->addPermanentWidget(label);
     }
+    addDockWidget(Qt::BottomDockWidgetArea, m_results);
+    m_results->hide();
+    connect(m_results, &SearchResults::chosen, this,
+            [this](const Path& path, int line, int column) {
+                if (open(path))
+                    current()->editor().setCaretPosition({line - 1, column - 1});
+            });
     resize(1000, 700);
     makeConnections();
     connect(m_tabs, &QTabWidget::currentChanged, this, [this] {
@@ -204,6 +215,9 @@ void EditorWindow::makeConnections()
             QApplication::clipboard()->setText(edit->fileName());
     });
     on(::actions->fileExit, [this] { close(); });
+    on(::actions->toolFindInFiles, [this] { findInFiles(); });
+    on(::actions->editLocateNext, [this] { m_results->locate(1); });
+    on(::actions->editLocatePrev, [this] { m_results->locate(-1); });
     on(::actions->editFind, [this] { findDialog(false)->show(); });
     on(::actions->editReplace, [this] { findDialog(true)->show(); });
     on(::actions->editFindMarkAll, [this] {
@@ -360,6 +374,24 @@ CodeEditFindDialog* EditorWindow::findDialog(bool replacing)
     m_find->setReplacing(replacing);
     m_find->takeTextFromEdit();
     return m_find;
+}
+
+void EditorWindow::findInFiles()
+{
+    if (!m_findFiles) {
+        m_findFiles = new FindFilesDialog(m_searchLog, this);
+        connect(m_findFiles, &FindFilesDialog::started, this, [this] { m_searchLog.clear(); });
+        connect(m_findFiles, &FindFilesDialog::finished, m_results, &SearchResults::refresh);
+    }
+    if (const CodeEdit* edit = current()) {
+        const QString word = edit->editor().wordUnder(edit->editor().caret());
+        if (!word.isEmpty())
+            m_findFiles->setText(word);
+        if (edit->editor().isNamed())
+            m_findFiles->setFolder(QFileInfo(edit->fileName()).path());
+    }
+    m_findFiles->show();
+    m_findFiles->raise();
 }
 
 void EditorWindow::closeEvent(QCloseEvent* event)

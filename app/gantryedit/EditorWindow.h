@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Path.h"
+#include "build/log/BuildLogModel.h"
 #include "editor/commands/EditCommand.h"
 
 #include <QMainWindow>
@@ -9,8 +10,10 @@ class Actions;
 class BenchAction;
 class CodeEdit;
 class CodeEditFindDialog;
+class FindFilesDialog;
 class QLabel;
 class QTabWidget;
+class SearchResults;
 
 /// Files in tabs, with the menus of an editor.
 class EditorWindow : public QMainWindow {
@@ -38,6 +41,7 @@ private:
     bool closeAll(bool uneditedOnly, const CodeEdit* except);
     bool saveAll();
     void openByDialog();
+    void findInFiles();
     void updateTab(CodeEdit* edit);
     void updateState();
     void showMessage(const QString& text);
@@ -49,7 +53,10 @@ private:
     QLabel* m_mode;
     QLabel* m_language;
     QLabel* m_encoding;
+    BuildLogModel m_searchLog{BuildLogModel::Kind::Other};
+    SearchResults* m_results;
     CodeEditFindDialog* m_find = nullptr;
+    FindFilesDialog* m_findFiles = nullptr;
     int m_untitled = 0;
     bool m_checkingDisk = false;
 };

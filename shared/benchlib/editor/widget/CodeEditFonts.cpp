@@ -9,6 +9,7 @@
 
 CodeEditFonts::CodeEditFonts(const QFont& base)
 {
+    int below = 1;
     for (int index = 0; index < CodeEditTextStyle::FontCount; ++index) {
         QFont font = base;
         font.setKerning(false);
@@ -17,8 +18,10 @@ CodeEditFonts::CodeEditFonts(const QFont& base)
         font.setUnderline((index & CodeEditTextStyle::Underline) != 0);
         m_fonts.append(font);
         const QFontMetricsF metrics(font);
-        m_lineHeight = std::max(m_lineHeight, static_cast<int>(std::ceil(metrics.lineSpacing())));
-        m_ascent = std::max(m_ascent, static_cast<int>(std::ceil(metrics.ascent())));
+        const auto pixels = [](double length) { return static_cast<int>(std::ceil(length)); };
+        m_ascent = std::max(m_ascent, pixels(metrics.ascent()));
+        below = std::max(below, pixels(metrics.descent() + metrics.leading()));
     }
+    m_lineHeight = m_ascent + below;
     m_characterWidth = std::max(1.0, QFontMetricsF(m_fonts[0]).horizontalAdvance(u'0'));
 }

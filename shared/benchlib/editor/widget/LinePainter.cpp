@@ -75,6 +75,8 @@ void LinePainter::layOut(int preeditColumn, const QString& preedit)
     m_layout->beginLayout();
     QTextLine line = m_layout->createLine();
     if (line.isValid()) {
+        constexpr double unlimited = 1e7;
+        line.setLineWidth(unlimited);
         // All fonts share one base line.
         line.setPosition({0, m_look.fonts->ascent() - line.ascent()});
     }

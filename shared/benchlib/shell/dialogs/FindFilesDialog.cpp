@@ -142,6 +142,7 @@ void FindFilesDialog::findClicked()
         return;
     }
     remember();
+    emit started();
     m_running = true;
     m_find->setText(u"&Stop"_s);
     m_status->setText({});

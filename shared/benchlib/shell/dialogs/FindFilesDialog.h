@@ -21,6 +21,8 @@ public:
     void setFolder(const QString& folder);
 
 signals:
+    /// Ahead of a search.
+    void started();
     void finished(const QString& summary);
 
 protected:
