@@ -11,6 +11,7 @@
 #include "shell/actions/Actions.h"
 #include "shell/actions/GUIBuilder.h"
 #include "shell/dialogs/FindFilesDialog.h"
+#include "shell/windows/FindWindow.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -166,6 +167,8 @@ EditorWindow::EditorWindow(QWidget* parent)
         }
         if (m_find)
             m_find->setEdit(current());
+        if (m_findWindow)
+            m_findWindow->setEdit(current());
         updateState();
     });
     connect(m_tabs, &QTabWidget::tabCloseRequested, this, &EditorWindow::closeTab);
@@ -216,10 +219,16 @@ void EditorWindow::makeConnections()
     });
     on(::actions->fileExit, [this] { close(); });
     on(::actions->toolFindInFiles, [this] { findInFiles(); });
+    on(::actions->toolReplaceInFiles, [this] {
+        findWindow()->setMode(FindWindow::Mode::ReplaceInFiles);
+        if (current() && current()->editor().isNamed())
+            findWindow()->setFolder(QFileInfo(current()->fileName()).path());
+        findWindow()->show();
+    });
     on(::actions->editLocateNext, [this] { m_results->locate(1); });
     on(::actions->editLocatePrev, [this] { m_results->locate(-1); });
-    on(::actions->editFind, [this] { findDialog(false)->show(); });
-    on(::actions->editReplace, [this] { findDialog(true)->show(); });
+    on(::actions->editFind, [this] { showFind(false); });
+    on(::actions->editReplace, [this] { showFind(true); });
     on(::actions->editFindMarkAll, [this] {
         const LastSearch last = LastSearch::get();
         if (CodeEdit* edit = current())
@@ -288,7 +297,7 @@ CodeEdit* EditorWindow::addEdit()
         connect(edit, signal, this, &EditorWindow::showMessage);
     connect(edit, &CodeEdit::commandRequested, this, [this](EditCommand command) {
         if (command == EditCommand::find || command == EditCommand::replace)
-            findDialog(command == EditCommand::replace)->show();
+            showFind(command == EditCommand::replace);
     });
     connect(edit, &CodeEdit::contextMenuRequested, this, [this](QPoint at, bool overMargin) {
         QMenu menu(this);
@@ -314,12 +323,9 @@ void EditorWindow::newDocument()
 
 bool EditorWindow::open(const Path& path)
 {
-    const QString canonical = QFileInfo(path.osPath()).canonicalFilePath();
-    for (int i = 0; i < m_tabs->count(); ++i) {
-        if (!canonical.isEmpty() && QFileInfo(at(i)->fileName()).canonicalFilePath() == canonical) {
-            m_tabs->setCurrentIndex(i);
-            return true;
-        }
+    if (CodeEdit* const edit = editOf(path.osPath())) {
+        m_tabs->setCurrentWidget(edit);
+        return true;
     }
     CodeEdit* edit = addEdit();
     if (!edit->load(path)) {
@@ -366,14 +372,51 @@ bool EditorWindow::saveAll()
     return good;
 }
 
-CodeEditFindDialog* EditorWindow::findDialog(bool replacing)
+/// In a dialog or in the window that stays, as the user has set.
+void EditorWindow::showFind(bool replacing)
 {
+    if (environment && environment->useFindAndReplaceWindow->toBool()) {
+        findWindow()->setMode(replacing ? FindWindow::Mode::Replace : FindWindow::Mode::Find);
+        findWindow()->show();
+        return;
+    }
     if (!m_find)
         m_find = new CodeEditFindDialog(current(), replacing, this);
     m_find->setEdit(current());
     m_find->setReplacing(replacing);
     m_find->takeTextFromEdit();
-    return m_find;
+    m_find->show();
+    m_find->raise();
+}
+
+FindWindow* EditorWindow::findWindow()
+{
+    if (!m_findWindow) {
+        m_findWindow = new FindWindow(m_searchLog, this);
+        addDockWidget(Qt::RightDockWidgetArea, m_findWindow);
+        connect(m_findWindow, &FindWindow::searchStarted, this, [this] { m_searchLog.clear(); });
+        connect(m_findWindow, &FindWindow::searchFinished, m_results, &SearchResults::refresh);
+        m_findWindow->setOpenEditors([this](const QString& path) -> CodeEditor* {
+            CodeEdit* const edit = editOf(path);
+            return edit ? &edit->editor() : nullptr;
+        });
+    }
+    m_findWindow->setEdit(current());
+    if (const CodeEdit* edit = current()) {
+        const QString word = edit->editor().wordUnder(edit->editor().caret());
+        if (!word.isEmpty())
+            m_findWindow->setText(word);
+    }
+    return m_findWindow;
+}
+
+CodeEdit* EditorWindow::editOf(const QString& path) const
+{
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    for (int i = 0; i < m_tabs->count(); ++i)
+        if (!canonical.isEmpty() && QFileInfo(at(i)->fileName()).canonicalFilePath() == canonical)
+            return at(i);
+    return nullptr;
 }
 
 void EditorWindow::findInFiles()

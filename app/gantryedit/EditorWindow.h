@@ -11,6 +11,7 @@ class BenchAction;
 class CodeEdit;
 class CodeEditFindDialog;
 class FindFilesDialog;
+class FindWindow;
 class QLabel;
 class QTabWidget;
 class SearchResults;
@@ -27,7 +28,6 @@ public:
     CodeEdit* current() const;
     CodeEdit* at(int index) const;
     QTabWidget* tabs() const { return m_tabs; }
-    CodeEditFindDialog* findDialog(bool replacing);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -41,7 +41,10 @@ private:
     bool closeAll(bool uneditedOnly, const CodeEdit* except);
     bool saveAll();
     void openByDialog();
+    void showFind(bool replacing);
     void findInFiles();
+    FindWindow* findWindow();
+    CodeEdit* editOf(const QString& path) const;
     void updateTab(CodeEdit* edit);
     void updateState();
     void showMessage(const QString& text);
@@ -57,6 +60,7 @@ private:
     SearchResults* m_results;
     CodeEditFindDialog* m_find = nullptr;
     FindFilesDialog* m_findFiles = nullptr;
+    FindWindow* m_findWindow = nullptr;
     int m_untitled = 0;
     bool m_checkingDisk = false;
 };

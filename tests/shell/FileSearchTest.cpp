@@ -1,7 +1,10 @@
 #include "shell/find/FileSearch.h"
 #include "build/log/BuildLogModel.h"
+#include "editor/widget/CodeEdit.h"
 #include "shell/dialogs/FindFilesDialog.h"
+#include "shell/windows/FindWindow.h"
 
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
@@ -116,6 +119,51 @@ TEST_F(FileSearchTest, TheDialogRunsASearch)
     QTest::mouseClick(find, Qt::LeftButton);
     EXPECT_EQ(summary, u"1 occurrence has been found"_s);
     EXPECT_EQ(find->text(), u"&Find"_s);
+}
+
+TEST_F(FileSearchTest, TheWindowReplacesInFilesAndInOpenEditors)
+{
+    CodeEdit edit;
+    ASSERT_TRUE(edit.load(Path(m_folder.filePath(u"b.c"_s))));
+    FindWindow window(m_log);
+    window.setOpenEditors(
+        [&](const QString& path) { return path == edit.fileName() ? &edit.editor() : nullptr; });
+    window.setMode(FindWindow::Mode::ReplaceInFiles);
+    window.setFolder(m_folder.path());
+    window.setText(u"main"_s);
+    QString summary;
+    QObject::connect(&window, &FindWindow::searchFinished,
+                     [&](const QString& text) { summary = text; });
+    for (QComboBox* combo : window.findChildren<QComboBox*>())
+        if (combo->currentText().isEmpty())
+            combo->setEditText(u"start"_s);
+    window.replaceAll();
+    EXPECT_EQ(summary, u"6 occurrences have been replaced."_s);
+    // What is open is changed there, and not yet saved.
+    EXPECT_EQ(edit.editor().buffer().text(0), u"int start(void)"_s);
+    EXPECT_TRUE(edit.modified());
+    const auto bytes = [&](const QString& name) {
+        QFile file(m_folder.filePath(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    EXPECT_TRUE(bytes(u"b.c"_s).startsWith("int main(void)"));
+    EXPECT_EQ(bytes(u"a.h"_s), "extern int startland;\r\n");
+    EXPECT_EQ(bytes(u"latin.c"_s), "// \xE4 start\n");
+    EXPECT_EQ(bytes(u"binary.bin"_s), QByteArray("main\0main", 9));
+}
+
+TEST_F(FileSearchTest, TheWindowSearchesTheDocument)
+{
+    CodeEdit edit;
+    edit.editor().setText(u"a b\na"_s);
+    FindWindow window(m_log);
+    window.setEdit(&edit);
+    window.setText(u"a"_s);
+    window.findNext();
+    EXPECT_EQ(edit.editor().selectedText(), u"a"_s);
+    window.setMode(FindWindow::Mode::Replace);
+    window.replaceAll();
+    EXPECT_EQ(edit.editor().getAllText(), (QStringList{u" b"_s, u""_s}));
 }
 
 } // namespace

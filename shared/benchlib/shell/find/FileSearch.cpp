@@ -36,6 +36,7 @@ FileSearch::Outcome FileSearch::run(const Request& request)
     m_search = TextSearch(request.text, request.options);
     m_stopped = false;
     m_found = 0;
+    m_files.clear();
     const QDir folder(request.folder);
     if (!folder.exists())
         return m_outcome = Outcome::NoSuchFolder;
@@ -111,8 +112,10 @@ void FileSearch::findInFile(const QString& path)
         }
         for (TextSearch::Match match = m_search.next(line, 0); match.isValid();
              match = m_search.next(line, match.end())) {
-            if (!inGroup)
+            if (!inGroup) {
                 m_log.beginGroup(QFileInfo(path).fileName());
+                m_files.append(path);
+            }
             inGroup = true;
             ++m_found;
             DiagnosticData hit;

@@ -31,6 +31,10 @@ public:
     Outcome run(const Request& request);
     void stop() { m_stopped = true; }
     int found() const { return m_found; }
+    /// Of the last run.
+    const Request& request() const { return m_request; }
+    /// The files with hits of the last run.
+    const QStringList& files() const { return m_files; }
     /// What is told of the last run, such as "2 occurrences have been found".
     QString summary() const;
 
@@ -44,5 +48,6 @@ private:
     Outcome m_outcome = Outcome::Done;
     bool m_stopped = false;
     int m_found = 0;
+    QStringList m_files;
     int m_sinceEvents = 0;
 };

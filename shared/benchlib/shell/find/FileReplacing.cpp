@@ -1,0 +1,43 @@
+#include "shell/find/FileReplacing.h"
+
+#include "editor/commands/CodeEditor.h"
+#include "shell/find/FileSearch.h"
+
+#include <QCoreApplication>
+
+using namespace Qt::Literals::StringLiterals;
+
+QString FileReplacing::Result::summary() const
+{
+    QString text = replaced == 1
+        ? u"1 occurrence has been replaced."_s
+        : QString::number(replaced) + u" occurrences have been replaced."_s;
+    if (!failed.isEmpty())
+        text += u" Not changed: "_s + failed.join(u", "_s);
+    return text;
+}
+
+FileReplacing::Result FileReplacing::run(const FileSearch& search, const QString& replacement,
+                                         const OpenEditor& openEditor)
+{
+    Result result;
+    const FileSearch::Request& request = search.request();
+    for (const QString& path : search.files()) {
+        CodeEditor* const open = openEditor ? openEditor(path) : nullptr;
+        CodeEditor loaded;
+        CodeEditor& editor = open ? *open : loaded;
+        const bool readable = open || loaded.load(Path(path));
+        const int replaced = readable && !editor.isReadOnly()
+            ? editor.replaceAll(request.text, replacement, request.options, false)
+            : 0;
+        // Nothing is written to a file that is open.
+        if (replaced == 0 || (!open && !loaded.save())) {
+            result.failed.append(path);
+            continue;
+        }
+        result.replaced += replaced;
+        ++result.files;
+        QCoreApplication::processEvents();
+    }
+    return result;
+}

@@ -1,0 +1,290 @@
+#include "shell/windows/FindWindow.h"
+
+#include "editor/widget/CodeEdit.h"
+#include "projects/settings/EnvironmentSettings.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QToolButton>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// What the first entries of "Look in" are; others are folders.
+enum LookIn { WholeDocument, SelectionOnly };
+
+QComboBox* makeCombo(QWidget* parent, const PropertyValue* history)
+{
+    auto* combo = new QComboBox(parent);
+    combo->setEditable(true);
+    combo->setInsertPolicy(QComboBox::NoInsert);
+    combo->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    combo->setMinimumContentsLength(16);
+    if (history)
+        combo->addItems(history->toStringList());
+    combo->setEditText({});
+    return combo;
+}
+
+} // namespace
+
+FindWindow::FindWindow(BuildLogModel& log, QWidget* parent)
+    : QDockWidget(tr("Find and Replace"), parent),
+      m_fileSearch(log),
+      m_modes(new QButtonGroup(this))
+{
+    setObjectName(u"FindWindow"_s);
+    auto* form = new QWidget(this);
+    m_text = makeCombo(form, environment ? environment->findHistory : nullptr);
+    m_replaceLabel = new QLabel(tr("Re&place with:"), form);
+    m_replacement = makeCombo(form, environment ? environment->replaceHistory : nullptr);
+    m_lookIn = new QComboBox(form);
+    m_typesLabel = new QLabel(tr("File &types:"), form);
+    m_fileTypes = makeCombo(form, environment ? environment->findInFilesFileType : nullptr);
+    m_wholeWord = new QCheckBox(tr("Match &whole word"), form);
+    m_matchCase = new QCheckBox(tr("Match &case"), form);
+    m_regularExpression = new QCheckBox(tr("Regular &expression"), form);
+    m_searchUp = new QCheckBox(tr("Search &up"), form);
+    m_subfolders = new QCheckBox(tr("Look in &subfolders"), form);
+    m_find = new QPushButton(form);
+    m_replace = new QPushButton(tr("&Replace"), form);
+    m_replaceAll = new QPushButton(tr("Replace &All"), form);
+    m_status = new QLabel(form);
+    m_fileTypes->setEditText(u"*.*"_s);
+    m_subfolders->setChecked(true);
+    m_status->setWordWrap(true);
+
+    auto* modes = new QHBoxLayout;
+    const QString names[] = {tr("Find"), tr("Replace"), tr("Find In Files"),
+                             tr("Replace In Files")};
+    for (int i = 0; i < 4; ++i) {
+        auto* button = new QToolButton(form);
+        button->setText(names[i]);
+        button->setCheckable(true);
+        button->setAutoRaise(true);
+        m_modes->addButton(button, i);
+        modes->addWidget(button);
+    }
+    modes->addStretch();
+
+    auto* findLabel = new QLabel(tr("Fi&nd:"), form);
+    findLabel->setBuddy(m_text);
+    auto* lookLabel = new QLabel(tr("&Look in:"), form);
+    lookLabel->setBuddy(m_lookIn);
+    m_replaceLabel->setBuddy(m_replacement);
+    m_typesLabel->setBuddy(m_fileTypes);
+    auto* fields = new QGridLayout;
+    fields->addWidget(findLabel, 0, 0);
+    fields->addWidget(m_text, 0, 1);
+    fields->addWidget(m_replaceLabel, 1, 0);
+    fields->addWidget(m_replacement, 1, 1);
+    fields->addWidget(lookLabel, 2, 0);
+    fields->addWidget(m_lookIn, 2, 1);
+    fields->addWidget(m_typesLabel, 3, 0);
+    fields->addWidget(m_fileTypes, 3, 1);
+    fields->setColumnStretch(1, 1);
+    auto* options = new QGridLayout;
+    options->addWidget(m_matchCase, 0, 0);
+    options->addWidget(m_wholeWord, 0, 1);
+    options->addWidget(m_regularExpression, 1, 0);
+    options->addWidget(m_searchUp, 1, 1);
+    options->addWidget(m_subfolders, 2, 0);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(m_find);
+    buttons->addWidget(m_replace);
+    buttons->addWidget(m_replaceAll);
+    buttons->addStretch();
+    auto* layout = new QVBoxLayout(form);
+    layout->addLayout(modes);
+    layout->addLayout(fields);
+    layout->addLayout(options);
+    layout->addLayout(buttons);
+    layout->addWidget(m_status);
+    layout->addStretch();
+    setWidget(form);
+
+    connect(m_modes, &QButtonGroup::idClicked, this,
+            [this](int id) { setMode(static_cast<Mode>(id)); });
+    connect(m_text, &QComboBox::editTextChanged, this, &FindWindow::updateButtons);
+    connect(m_text->lineEdit(), &QLineEdit::returnPressed, this, &FindWindow::findNext);
+    connect(m_lookIn, &QComboBox::currentIndexChanged, this, &FindWindow::lookInChanged);
+    connect(m_find, &QPushButton::clicked, this, &FindWindow::findNext);
+    connect(m_replace, &QPushButton::clicked, this, &FindWindow::replaceNext);
+    connect(m_replaceAll, &QPushButton::clicked, this, &FindWindow::replaceAll);
+    setMode(Mode::Find);
+}
+
+void FindWindow::setMode(Mode mode)
+{
+    m_mode = mode;
+    m_modes->button(static_cast<int>(mode))->setChecked(true);
+    const QString folder = m_lookIn->isEditable() ? m_lookIn->currentText() : QString();
+    const QSignalBlocker quiet(m_lookIn);
+    m_lookIn->clear();
+    m_lookIn->setEditable(inFiles());
+    if (inFiles()) {
+        if (environment)
+            m_lookIn->addItems(environment->findInFilesFolderHistory->toStringList());
+        m_lookIn->setEditText(folder.isEmpty() ? QDir::currentPath() : folder);
+    } else {
+        m_lookIn->addItem(tr("Whole Document"));
+        m_lookIn->addItem(tr("Selection"));
+    }
+    updateAppearance();
+}
+
+void FindWindow::setEdit(CodeEdit* edit)
+{
+    if (m_edit)
+        disconnect(m_edit, nullptr, this, nullptr);
+    m_edit = edit;
+    if (edit) {
+        connect(edit, &CodeEdit::finished, this, &FindWindow::updateButtons);
+        connect(edit, &QObject::destroyed, this, [this] {
+            m_edit = nullptr;
+            updateButtons();
+        });
+        for (const auto signal : {&CodeEdit::message, &CodeEdit::note, &CodeEdit::error})
+            connect(edit, signal, m_status, &QLabel::setText);
+    }
+    updateButtons();
+}
+
+void FindWindow::setText(const QString& text)
+{
+    m_text->setEditText(text);
+    m_text->lineEdit()->selectAll();
+    m_text->setFocus();
+}
+
+void FindWindow::setFolder(const QString& folder)
+{
+    if (inFiles())
+        m_lookIn->setEditText(folder);
+}
+
+void FindWindow::updateAppearance()
+{
+    m_replaceLabel->setVisible(replacing());
+    m_replacement->setVisible(replacing());
+    m_replace->setVisible(m_mode == Mode::Replace);
+    m_replaceAll->setVisible(replacing());
+    m_typesLabel->setVisible(inFiles());
+    m_fileTypes->setVisible(inFiles());
+    m_subfolders->setVisible(inFiles());
+    m_searchUp->setVisible(!inFiles());
+    m_status->setText({});
+    updateButtons();
+}
+
+void FindWindow::updateButtons()
+{
+    const bool hasText = !m_text->currentText().isEmpty();
+    m_find->setText(m_running ? tr("&Stop") : inFiles() ? tr("&Find All") : tr("&Find Next"));
+    m_find->setEnabled(m_running || (hasText && (inFiles() || m_edit)));
+    const bool canReplace = hasText && !m_running && (inFiles() || (m_edit && m_edit->canEdit()));
+    m_replace->setEnabled(canReplace);
+    m_replaceAll->setEnabled(canReplace);
+}
+
+void FindWindow::lookInChanged() { updateButtons(); }
+
+bool FindWindow::inSelection() const
+{
+    return !inFiles() && m_lookIn->currentIndex() == SelectionOnly;
+}
+
+LastSearch FindWindow::search() const
+{
+    LastSearch result{m_text->currentText(), m_replacement->currentText(), {}};
+    result.options.setFlag(FindOption::WholeWord, m_wholeWord->isChecked());
+    result.options.setFlag(FindOption::MatchCase, m_matchCase->isChecked());
+    result.options.setFlag(FindOption::RegularExpression, m_regularExpression->isChecked());
+    result.options.setFlag(FindOption::SearchUp, !inFiles() && m_searchUp->isChecked());
+    return result;
+}
+
+void FindWindow::remember()
+{
+    search().remember();
+    if (!environment || !inFiles())
+        return;
+    EnvironmentSettings::addToHistoryStringList(environment->findInFilesFolderHistory,
+                                                m_lookIn->currentText());
+    EnvironmentSettings::addToHistoryStringList(environment->findInFilesFileType,
+                                                m_fileTypes->currentText());
+}
+
+void FindWindow::doFind(const QString& text)
+{
+    if (text != m_text->currentText())
+        m_text->setEditText(text);
+    remember();
+    if (!inFiles()) {
+        if (m_edit)
+            m_edit->editor().findAgain();
+        return;
+    }
+    startFind();
+    FileSearch::Request request;
+    request.text = text;
+    request.options = search().options;
+    request.folder = m_lookIn->currentText();
+    request.fileTypes = m_fileTypes->currentText();
+    request.subfolders = m_subfolders->isChecked();
+    m_fileSearch.run(request);
+    endFind(m_fileSearch.summary());
+}
+
+void FindWindow::startFind()
+{
+    emit searchStarted();
+    m_running = true;
+    updateButtons();
+}
+
+void FindWindow::endFind(const QString& summary)
+{
+    m_running = false;
+    m_status->setText(summary);
+    updateButtons();
+    emit searchFinished(summary);
+}
+
+void FindWindow::findNext()
+{
+    if (m_running)
+        m_fileSearch.stop();
+    else if (m_find->isEnabled())
+        doFind(m_text->currentText());
+}
+
+void FindWindow::replaceNext()
+{
+    remember();
+    if (m_edit)
+        m_edit->editor().replaceNext();
+}
+
+void FindWindow::replaceAll()
+{
+    const LastSearch last = search();
+    if (!inFiles()) {
+        remember();
+        if (m_edit)
+            m_edit->editor().replaceAll(last.text, last.replacement, last.options, inSelection());
+        return;
+    }
+    doFind(last.text);
+    const FileReplacing::Result result =
+        FileReplacing::run(m_fileSearch, last.replacement, m_openEditor);
+    m_status->setText(result.summary());
+    emit searchFinished(result.summary());
+}

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "editor/commands/TextSearch.h"
+#include "shell/find/FileReplacing.h"
+#include "shell/find/FileSearch.h"
+
+#include <QDockWidget>
+
+class CodeEdit;
+class QButtonGroup;
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QPushButton;
+class QToolButton;
+
+/// Finding and replacing in a window that stays: in the document that is edited, its selection, or
+/// the files of a folder.
+class FindWindow : public QDockWidget {
+    Q_OBJECT
+public:
+    enum class Mode { Find, Replace, FindInFiles, ReplaceInFiles };
+
+    /// The log, which isn't owned, takes the hits in files.
+    explicit FindWindow(BuildLogModel& log, QWidget* parent = nullptr);
+
+    void setMode(Mode mode);
+    Mode mode() const { return m_mode; }
+    /// The active document; null for none.
+    void setEdit(CodeEdit* edit);
+    void setText(const QString& text);
+    void setFolder(const QString& folder);
+    /// How replacing in files finds what is open.
+    void setOpenEditors(const FileReplacing::OpenEditor& openEditor) { m_openEditor = openEditor; }
+
+    /// Searches for the text as the mode says.
+    void doFind(const QString& text);
+    void findNext();
+    void replaceNext();
+    void replaceAll();
+
+signals:
+    /// Around a search through files.
+    void searchStarted();
+    void searchFinished(const QString& summary);
+
+private:
+    void updateAppearance();
+    void updateButtons();
+    void lookInChanged();
+    bool inFiles() const { return m_mode == Mode::FindInFiles || m_mode == Mode::ReplaceInFiles; }
+    bool replacing() const { return m_mode == Mode::Replace || m_mode == Mode::ReplaceInFiles; }
+    bool inSelection() const;
+    LastSearch search() const;
+    void remember();
+    void startFind();
+    void endFind(const QString& summary);
+
+    FileSearch m_fileSearch;
+    FileReplacing::OpenEditor m_openEditor;
+    CodeEdit* m_edit = nullptr;
+    Mode m_mode = Mode::Find;
+    bool m_running = false;
+    QButtonGroup* m_modes;
+    QComboBox* m_text;
+    QLabel* m_replaceLabel;
+    QComboBox* m_replacement;
+    QComboBox* m_lookIn;
+    QLabel* m_typesLabel;
+    QComboBox* m_fileTypes;
+    QCheckBox* m_wholeWord;
+    QCheckBox* m_matchCase;
+    QCheckBox* m_regularExpression;
+    QCheckBox* m_searchUp;
+    QCheckBox* m_subfolders;
+    QPushButton* m_find;
+    QPushButton* m_replace;
+    QPushButton* m_replaceAll;
+    QLabel* m_status;
+};
