@@ -1,17 +1,23 @@
 #include "../editor/EditCases.h"
 #include "../editor/EditorTest.h"
 
+#include "base/DiagnosticData.h"
+#include "editor/commands/IndentSettings.h"
 #include "editor/commands/MacroRecorder.h"
 #include "editor/find/CodeEditFindDialog.h"
 #include "editor/find/CodeEditFindIncrementalDialog.h"
 #include "editor/parsers/LanguageRegistry.h"
 #include "editor/widget/CodeEdit.h"
+#include "editor/widget/CodeEditPreferences.h"
+#include "editor/widget/DiagnosticPopup.h"
+#include "projects/settings/EnvironmentSettings.h"
 
 #include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
 #include <QDropEvent>
+#include <QGraphicsOpacityEffect>
 #include <QImage>
 #include <QLineEdit>
 #include <QMimeData>
@@ -382,6 +388,68 @@ TEST_F(CodeEditTest, PrintsEveryLine)
         EXPECT_NE(image, QImage(600, 400, QImage::Format_RGB32));
     }
     m_edit.endPrinting();
+}
+
+TEST_F(CodeEditTest, DiagnosticsPopUpAtTheirLine)
+{
+    editor().setText(QString(u"line\n"_s).repeated(200));
+    DiagnosticData diagnostic;
+    diagnostic.line = 150;
+    diagnostic.column = 2;
+    diagnostic.message = u"no such thing"_s;
+    diagnostic.level = DiagnosticData::Find;
+    m_edit.showDiagnostic(diagnostic);
+    EXPECT_EQ(m_edit.findChild<DiagnosticPopup*>(), nullptr);
+    diagnostic.level = DiagnosticData::Error;
+    m_edit.showDiagnostic(diagnostic);
+    auto* popup = m_edit.findChild<DiagnosticPopup*>(u"DiagnosticPopup"_s);
+    ASSERT_TRUE(popup && popup->isVisible());
+    EXPECT_EQ(editor().caret(), (QCodeBufferPosition{149, 1}));
+    const double line = m_edit.pointOf({149, 0}).y();
+    EXPECT_TRUE(popup->y() >= line + m_edit.fonts().lineHeight()
+                || popup->geometry().bottom() < line);
+    // Ctrl lets the text below be read.
+    auto* effect = qobject_cast<QGraphicsOpacityEffect*>(popup->graphicsEffect());
+    QTest::keyPress(&m_edit, Qt::Key_Control);
+    EXPECT_DOUBLE_EQ(effect->opacity(), 0.15);
+    QTest::keyRelease(&m_edit, Qt::Key_Control);
+    EXPECT_DOUBLE_EQ(effect->opacity(), 1.0);
+    key(Qt::Key_Right);
+    EXPECT_FALSE(popup->isVisible());
+}
+
+TEST_F(CodeEditTest, SettingsTakeEffect)
+{
+    QTemporaryDir folder;
+    EnvironmentSettings settings;
+    settings.init(folder.filePath(u"a.xml"_s), folder.filePath(u"b.xml"_s));
+    settings.createEntries();
+    IndentSettings::createEntries(settings);
+    const auto set = [&](const QString& key, const QString& value) {
+        settings.findProperty(key)->setPropertyValue(value);
+    };
+    set(u"Text Editor/Indent/C and C++/Size"_s, u"4"_s);
+    set(u"Text Editor/Indent/C and C++/Use Tabs"_s, u"No"_s);
+    set(u"Text Editor/Indent/C and C++/Column Guides"_s, u"80; 100,x:-3"_s);
+    set(u"Text Editor/Indent/Default/Size"_s, u"3"_s);
+    set(u"Text Editor/Undo Mode"_s, u"Individual Characters"_s);
+    const QString path = folder.filePath(u"x.cpp"_s);
+    writeBytes(path, "a\n");
+    ASSERT_TRUE(m_edit.load(Path(path)));
+    CodeEditPreferences::applyToAll(settings);
+    CodeEditPreferences::apply(settings, m_edit);
+    EXPECT_EQ(editor().settings().indentSize, 4);
+    EXPECT_EQ(editor().settings().tabSize, 8);
+    EXPECT_FALSE(editor().settings().useTabs);
+    EXPECT_EQ(editor().settings().columnGuides, (QList<int>{80, 100}));
+    EXPECT_EQ(CodeDocument::undoMode(), CodeDocument::UndoMode::Characters);
+    EXPECT_EQ(CodeEditor::codeTemplates().size(), 24);
+    ASSERT_TRUE(editor().saveAs(Path(folder.filePath(u"x.txt"_s))));
+    CodeEditPreferences::apply(settings, m_edit);
+    EXPECT_EQ(editor().settings().indentSize, 3);
+    m_edit.grab();
+    CodeDocument::setUndoMode(CodeDocument::UndoMode::Words);
+    CodeEditor::setCodeTemplates({});
 }
 
 TEST(CaretStyle, IsReadFromItsText)

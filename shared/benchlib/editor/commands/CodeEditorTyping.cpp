@@ -60,6 +60,11 @@ void CodeEditor::typeText(const QString& typed)
     macroRecorder().record(EditCommand::insertTyped, text);
     checkIndent(false);
     endUpdate();
+    if (m_settings.mateMatching == CodeEditSettings::MateMatching::Typing) {
+        highlightMate();
+        if (m_matchedPair.isValid())
+            emit viewChanged(true, caret().line);
+    }
     if (merge)
         mergeTyping();
 }

@@ -141,12 +141,13 @@ void CodeEdit::findIncremental()
 
 void CodeEdit::showDiagnostic(const DiagnosticData& diagnostic)
 {
-    if (diagnostic.level < DiagnosticData::Note)
+    if (!m_showDiagnostics || diagnostic.level < DiagnosticData::Note)
         return;
     if (!m_diagnostic)
         m_diagnostic = new DiagnosticPopup(viewport());
     const Place place{std::max(0, diagnostic.line - 1), std::max(0, diagnostic.column - 1)};
     m_editor.setCaretPosition(place);
+    m_diagnostic->setBold(m_boldDiagnostics);
     m_diagnostic->showMessage(diagnostic, QPointF(textLeft(), pointOf(place).y()).toPoint(),
                               m_fonts.lineHeight());
 }
@@ -236,6 +237,12 @@ void CodeEdit::setCaretStyles(int insert, int overwrite)
     m_insertCaret = insert;
     m_overwriteCaret = overwrite;
     showCaret();
+}
+
+void CodeEdit::setDiagnostics(bool shown, bool bold)
+{
+    m_showDiagnostics = shown;
+    m_boldDiagnostics = bold;
 }
 
 void CodeEdit::setMouseBehaviour(bool dragDrop, bool copyOnSelect, bool pasteOnMiddle)

@@ -98,6 +98,8 @@ public:
     void setCaretStyles(int insert, int overwrite);
     /// Of a setting's text, such as "Blinking Vertical Bar".
     static int decodeCaretStyle(const QString& text);
+    /// Whether diagnostics pop up, and in bold.
+    void setDiagnostics(bool shown, bool bold);
     void setMouseBehaviour(bool dragDrop, bool copyOnSelect, bool pasteOnMiddle);
 
     KeyMap& keyMap() { return m_keyMap; }
@@ -215,6 +217,8 @@ private:
     bool m_dragDrop = true;
     bool m_copyOnSelect = false;
     bool m_pasteOnMiddle = true;
+    bool m_showDiagnostics = true;
+    bool m_boldDiagnostics = false;
 
     QBasicTimer m_blinkTimer;
     bool m_caretShown = true;

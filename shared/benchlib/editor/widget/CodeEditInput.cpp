@@ -135,8 +135,10 @@ void CodeEdit::mousePressEvent(QMouseEvent* event)
     const bool inSelection =
         selection.isValid() && place >= selection.first() && place < selection.last();
     if (event->button() == Qt::RightButton) {
-        if (!inSelection)
-            m_editor.setCaretPosition(place);
+        // The selection stays, for the menu that comes.
+        m_editor.beginUpdate();
+        m_editor.setCaret(place);
+        m_editor.endUpdate();
         return;
     }
     if (event->button() == Qt::MiddleButton) {

@@ -69,6 +69,8 @@ void CodeEditPreferences::apply(const EnvironmentSettings& settings, CodeEdit& e
     edit.setLineNumberMode(static_cast<CodeEdit::LineNumberMode>(settings.lineNumberMode->toInt()));
     edit.setIconGutter(settings.iconGutter->toBool());
     edit.setHighlightCaretLine(settings.highlightCursorLine->toBool());
+    edit.setDiagnostics(settings.enablePopupDiagnostics->toBool(),
+                        settings.boldPopupDiagnostics->toBool());
     edit.setMouseBehaviour(settings.dragDropEditing->toBool(), settings.copyOnMouseSelect->toBool(),
                            settings.pasteOnMouseMiddleButton->toBool());
 }

@@ -1,6 +1,10 @@
 #include "editor/widget/CodeEdit.h"
 
+#include "projects/settings/EnvironmentSettings.h"
+
 #include <QFontDatabase>
+#include <QPageLayout>
+#include <QPageSize>
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
@@ -71,6 +75,35 @@ void CodeEdit::endPrinting() { m_printing.reset(); }
 
 namespace {
 
+/// Of a name as settings have it, such as "A4" or "C5 Envelope".
+QPageSize pageSizeNamed(const QString& name)
+{
+    QString key = name;
+    key.replace(u" Envelope"_s, u"E"_s);
+    for (int id = 0; id <= QPageSize::LastPageSize; ++id) {
+        const auto size = static_cast<QPageSize::PageSizeId>(id);
+        if (QPageSize::key(size) == key || QPageSize::name(size) == name)
+            return QPageSize(size);
+    }
+    return QPageSize(QPageSize::A4);
+}
+
+/// What the user has set of paper and margins.
+void applyPageSettings(QPrinter& printer)
+{
+    if (!environment)
+        return;
+    printer.setPageSize(pageSizeNamed(environment->printingPageSize->toString()));
+    printer.setPageOrientation(environment->printingOrientation->toInt() == 0
+                                   ? QPageLayout::Portrait
+                                   : QPageLayout::Landscape);
+    const QMarginsF margins(
+        environment->printingLeftMargin->toInt(), environment->printingTopMargin->toInt(),
+        environment->printingRightMargin->toInt(), environment->printingBottomMargin->toInt());
+    // Margins that leave no page aren't taken; those of the printer stay then.
+    printer.setPageMargins(margins, QPageLayout::Millimeter);
+}
+
 void printTo(CodeEdit& edit, QPrinter& printer)
 {
     QPainter painter;
@@ -97,6 +130,7 @@ void CodeEdit::print()
 {
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(fileName());
+    applyPageSettings(printer);
     QPrintDialog dialog(&printer, this);
     if (dialog.exec() == QDialog::Accepted)
         printTo(*this, printer);
@@ -106,6 +140,7 @@ void CodeEdit::printPreview()
 {
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(fileName());
+    applyPageSettings(printer);
     QPrintPreviewDialog dialog(&printer, this);
     connect(&dialog, &QPrintPreviewDialog::paintRequested, this,
             [this](QPrinter* to) { printTo(*this, *to); });
