@@ -30,11 +30,6 @@ void SpellChecker::ignore(QStringView word) { ignoredWords().insert(word.toStrin
 
 bool SpellChecker::isIgnored(QStringView word) { return ignoredWords().contains(word.toString()); }
 
-bool SpellChecker::isWordCharacter(char16_t c)
-{
-    return CharacterClass::isAlpha(c) || CharacterClass::low(c) == '\'';
-}
-
 void SpellChecker::copyWord(MarkedLine& line)
 {
     QStringView word = line.rest();

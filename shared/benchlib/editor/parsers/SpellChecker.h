@@ -1,5 +1,7 @@
 #pragma once
 
+#include "editor/parsers/CharacterClass.h"
+
 #include <QStringView>
 
 #include <memory>
@@ -23,7 +25,10 @@ public:
     /// Copies a word of letters and apostrophes, framed by marks if it is misspelled. Words all in
     /// capitals are names.
     static void copyWord(MarkedLine& line);
-    static bool isWordCharacter(char16_t c);
+    static bool isWordCharacter(char16_t c)
+    {
+        return CharacterClass::isAlpha(c) || CharacterClass::low(c) == '\'';
+    }
 
     /// No checker for as long as this object lives.
     class Pause {

@@ -47,6 +47,8 @@ LinePainter::Look CodeEdit::look() const
 StyledLine CodeEdit::styledLine(int line) const
 {
     auto& buffer = const_cast<CodeEditor&>(m_editor).buffer();
+    if (buffer.length(line) > QCodeBuffer::LongestParsedLine)
+        return StyledLine::plain(buffer.view(line));
     return StyledLine::from(buffer.syntaxLine(line));
 }
 
@@ -172,9 +174,9 @@ void CodeEdit::paintLine(QPainter& painter, int line, double y, const QRectF& cl
     const double scrolled = m_editor.leftColumn() * m_fonts.characterWidth();
     painter.save();
     painter.setClipRect(QRectF(margin - TextGap, y, viewport()->width(), height));
-    painter.translate(margin - scrolled, y);
-    linePainter.draw(painter, clip.left() - margin + scrolled, clip.right() - margin + scrolled,
-                     highlights(line, styled));
+    painter.translate(margin, y);
+    linePainter.draw(painter, scrolled, clip.left() - margin + scrolled,
+                     clip.right() - margin + scrolled, highlights(line, styled));
     painter.restore();
 }
 

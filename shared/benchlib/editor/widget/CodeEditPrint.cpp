@@ -66,7 +66,7 @@ void CodeEdit::render(int page, QPainter& painter)
         const StyledLine styled = styledLine(line);
         painter.save();
         painter.translate(0, double(line - first) * fonts.lineHeight());
-        LinePainter(styled, look).draw(painter, 0, m_printing->parameters.pageWidth, {});
+        LinePainter(styled, look).draw(painter, 0, 0, m_printing->parameters.pageWidth, {});
         painter.restore();
     }
 }

@@ -134,7 +134,7 @@ int LinePainter::columnAt(double x, bool beyondEnd) const
     return column;
 }
 
-void LinePainter::draw(QPainter& painter, double left, double right,
+void LinePainter::draw(QPainter& painter, double origin, double left, double right,
                        const QList<Highlight>& highlights) const
 {
     const double height = m_look.fonts->lineHeight();
@@ -150,46 +150,59 @@ void LinePainter::draw(QPainter& painter, double left, double right,
                 selections.append(range);
             if (highlight.end > length) {
                 const double from = xOf(std::max(length, highlight.start));
-                painter.fillRect(QRectF(from, 0, xOf(highlight.end) - from, height),
+                painter.fillRect(QRectF(from - origin, 0, xOf(highlight.end) - from, height),
                                  highlight.color);
             }
         }
-        m_layout->draw(&painter, {0, 0}, selections);
+        m_layout->draw(&painter, {-origin, 0}, selections);
         return;
     }
     for (const Highlight& highlight : highlights) {
         const double from = std::max(left, xOf(highlight.start));
         const double to = std::min(right, xOf(highlight.end));
         if (from < to)
-            painter.fillRect(QRectF(from, 0, to - from, height), highlight.color);
+            painter.fillRect(QRectF(from - origin, 0, to - from, height), highlight.color);
     }
-    drawGrid(painter, left, right);
+    drawGrid(painter, origin, left, right);
     if (m_look.showWhitespace)
-        drawWhitespace(painter, left, right);
+        drawWhitespace(painter, origin, left, right);
 }
 
-void LinePainter::drawGrid(QPainter& painter, double left, double right) const
+std::pair<int, int> LinePainter::columnsBetween(double left, double right) const
 {
-    // Without tabs the columns in view follow from the positions.
-    const double step = m_look.fonts->characterWidth();
     const int length = static_cast<int>(m_line.text.size());
-    const int first = m_hasTabs ? 0 : std::max(0, static_cast<int>(left / step) - 1);
-    const int last = m_hasTabs ? length : std::min(length, static_cast<int>(right / step) + 2);
+    const double step = m_look.fonts->characterWidth();
+    const int first = std::max(0, static_cast<int>(left / step) - 1);
+    const int last = static_cast<int>(right / step) + 2;
+    if (!m_hasTabs)
+        return {std::min(first, length), std::clamp(last, 0, length)};
+    const auto columnAtScreen = [this](int screen) {
+        const auto found = std::lower_bound(m_screenColumns.begin(), m_screenColumns.end(), screen);
+        return static_cast<int>(found - m_screenColumns.begin());
+    };
+    return {std::max(0, columnAtScreen(first) - 1), std::min(length, columnAtScreen(last))};
+}
+
+void LinePainter::drawGrid(QPainter& painter, double origin, double left, double right) const
+{
+    const auto [first, last] = columnsBetween(left, right);
     for (const StyledLine::Run& run : m_line.runs) {
         const int from = std::max(run.start, first);
         const int to = std::min(run.start + run.length, last);
         if (from < to)
-            drawRun(painter, run, from, to);
+            drawRun(painter, origin, run, from, to);
     }
 }
 
-void LinePainter::drawRun(QPainter& painter, const StyledLine::Run& run, int first, int last) const
+void LinePainter::drawRun(QPainter& painter, double origin, const StyledLine::Run& run, int first,
+                          int last) const
 {
     const CodeEditTextStyle& style = m_look.scheme->styles[static_cast<std::size_t>(run.style)];
     const bool bold = (run.attributes & CodeEditParser::Bold) != 0;
     const double height = m_look.fonts->lineHeight();
     if (style.background.isValid())
-        painter.fillRect(QRectF(xOf(first), 0, xOf(last) - xOf(first), height), style.background);
+        painter.fillRect(QRectF(xOf(first) - origin, 0, xOf(last) - xOf(first), height),
+                         style.background);
     painter.setFont(m_look.fonts->font(style.font | (bold ? CodeEditTextStyle::Bold : 0)));
     painter.setPen(foreground(run.style));
     // A piece up to each tab; what is blank needs no ink.
@@ -201,12 +214,12 @@ void LinePainter::drawRun(QPainter& painter, const StyledLine::Run& run, int fir
         int to = from;
         while (to < last && m_line.text[to] != u'\t')
             ++to;
-        painter.drawText(QPointF(xOf(from), m_look.fonts->ascent()),
+        painter.drawText(QPointF(xOf(from) - origin, m_look.fonts->ascent()),
                          QString::fromRawData(m_line.text.constData() + from, to - from));
         from = to;
     }
     if ((run.attributes & CodeEditParser::SpellingError) != 0)
-        drawWave(painter, xOf(first), xOf(last));
+        drawWave(painter, xOf(first) - origin, xOf(last) - origin);
 }
 
 void LinePainter::drawWave(QPainter& painter, double from, double to) const
@@ -225,19 +238,17 @@ void LinePainter::drawWave(QPainter& painter, double from, double to) const
     painter.restore();
 }
 
-void LinePainter::drawWhitespace(QPainter& painter, double left, double right) const
+void LinePainter::drawWhitespace(QPainter& painter, double origin, double left, double right) const
 {
     QColor faint = m_look.scheme->text(m_look.text);
     faint.setAlpha(90);
     painter.setPen(faint);
     painter.setFont(m_look.fonts->base());
-    for (int i = 0; i < m_line.text.size(); ++i) {
+    const auto [first, last] = columnsBetween(left, right);
+    for (int i = first; i < last; ++i) {
         const QChar c = m_line.text[i];
-        if (c != u'\t' && c != u' ')
-            continue;
-        const double x = xOf(i);
-        if (x >= left - m_look.fonts->characterWidth() && x <= right)
-            painter.drawText(QPointF(x, m_look.fonts->ascent()),
+        if (c == u'\t' || c == u' ')
+            painter.drawText(QPointF(xOf(i) - origin, m_look.fonts->ascent()),
                              QString(QChar(c == u'\t' ? TabSign : BlankSign)));
     }
 }

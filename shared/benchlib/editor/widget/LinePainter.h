@@ -8,6 +8,7 @@
 #include <QTextLayout>
 
 #include <memory>
+#include <utility>
 
 class QPainter;
 
@@ -41,15 +42,19 @@ public:
     double width() const;
 
     /// Draws the characters between two positions that are near the given ones, with highlights
-    /// behind them. The painter's origin is the line's top left corner.
-    void draw(QPainter& painter, double left, double right,
+    /// behind them. The painter's origin is at the top of the line, at that position: what a
+    /// painter is given stays small, however long the line is.
+    void draw(QPainter& painter, double origin, double left, double right,
               const QList<Highlight>& highlights) const;
 
 private:
-    void drawGrid(QPainter& painter, double left, double right) const;
-    void drawRun(QPainter& painter, const StyledLine::Run& run, int first, int last) const;
+    void drawGrid(QPainter& painter, double origin, double left, double right) const;
+    void drawRun(QPainter& painter, double origin, const StyledLine::Run& run, int first,
+                 int last) const;
     void drawWave(QPainter& painter, double from, double to) const;
-    void drawWhitespace(QPainter& painter, double left, double right) const;
+    void drawWhitespace(QPainter& painter, double origin, double left, double right) const;
+    /// The columns that may be seen between two positions.
+    std::pair<int, int> columnsBetween(double left, double right) const;
     void layOut(int preeditColumn, const QString& preedit);
     QColor foreground(int style) const;
     int screenColumn(int column) const;

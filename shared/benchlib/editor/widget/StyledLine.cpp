@@ -45,3 +45,12 @@ StyledLine StyledLine::from(QStringView syntaxLine)
     startRun(CodeEditParser::Text, 0);
     return result;
 }
+
+StyledLine StyledLine::plain(QStringView text)
+{
+    StyledLine result;
+    result.text = QString::fromRawData(text.data(), text.size());
+    if (!text.isEmpty())
+        result.runs.append({0, static_cast<int>(text.size()), CodeEditParser::Text, 0});
+    return result;
+}

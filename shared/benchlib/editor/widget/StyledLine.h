@@ -21,4 +21,6 @@ struct StyledLine {
 
     /// From what a parser wrote.
     static StyledLine from(QStringView syntaxLine);
+    /// A line without styles, on the grid of columns. The text isn't copied: it must outlive this.
+    static StyledLine plain(QStringView text);
 };
