@@ -216,6 +216,35 @@ TEST(HostCommands, AskForLinesAndFiles)
     EXPECT_EQ(textOf(editor), u"a\nb\nx\ny\nc"_s);
 }
 
+TEST(Dragging, TakesTheSelectionAlong)
+{
+    struct Case {
+        QSelection selection;
+        QCodeBufferPosition place;
+        QString text;
+        QString selected;
+    };
+    const QString text = u"one two\nthree four\nfive"_s;
+    const Case cases[] = {
+        {{{0, 0}, {0, 4}}, {0, 7}, u"twoone \nthree four\nfive"_s, u"one "_s},
+        {{{0, 4}, {0, 7}}, {0, 0}, u"twoone \nthree four\nfive"_s, u"two"_s},
+        {{{0, 4}, {1, 6}}, {1, 10}, u"one fourtwo\nthree \nfive"_s, u"two\nthree "_s},
+        {{{1, 6}, {0, 4}}, {2, 2}, u"one four\nfitwo\nthree ve"_s, u"two\nthree "_s},
+        {{{1, 0}, {2, 0}}, {0, 0}, u"three four\none two\nfive"_s, u"three four\n"_s},
+        {{{0, 0}, {0, 4}}, {0, 2}, text, u"one "_s},
+    };
+    for (const Case& c : cases) {
+        CodeEditor editor;
+        editor.setText(text);
+        editor.select(c.selection);
+        editor.moveSelection(c.place);
+        EXPECT_EQ(textOf(editor), c.text);
+        EXPECT_EQ(editor.selectedText(), c.selected);
+        editor.undoAll();
+        EXPECT_EQ(textOf(editor), text);
+    }
+}
+
 TEST(Fence, KeepsTheCaretFromTheEdges)
 {
     CodeEditor editor;

@@ -87,6 +87,9 @@ public:
     void typeText(const QString& text);
     /// The same in one step, replacing the selection, without regard to templates and wrapping.
     void insert(const QString& text, CodeEditIcon icon = CodeEditIcon::Paste);
+    /// Takes the selection to another place and leaves it selected; nothing if that is inside of
+    /// it.
+    void moveSelection(QCodeBufferPosition place);
     void surround(const QString& before, const QString& after);
     void cast(const QString& type);
 

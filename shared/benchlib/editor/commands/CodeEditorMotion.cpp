@@ -51,6 +51,7 @@ int skipRunBack(QStringView text, int at)
 constexpr char16_t FirstCombining = 0x300;
 /// How far around the caret the borders of characters are looked for.
 constexpr int ClusterWindow = 64;
+constexpr qsizetype WindowLength = 2 * ClusterWindow;
 
 } // namespace
 
@@ -123,7 +124,7 @@ int CodeEditor::clusterAfter(int line, int column) const
         || (text[column] < FirstCombining && text[column + 1] < FirstCombining))
         return column + 1;
     const int from = std::max(0, column - ClusterWindow);
-    const QStringView window = text.mid(from, 2 * ClusterWindow);
+    const QStringView window = text.mid(from, WindowLength);
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, window.data(), window.size());
     finder.setPosition(column - from);
     const qsizetype next = finder.toNextBoundary();
@@ -137,7 +138,7 @@ int CodeEditor::clusterBefore(int line, int column) const
         || (text[column - 1] < FirstCombining && text[column - 2] < FirstCombining))
         return column - 1;
     const int from = std::max(0, column - ClusterWindow);
-    const QStringView window = text.mid(from, 2 * ClusterWindow);
+    const QStringView window = text.mid(from, WindowLength);
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, window.data(), window.size());
     finder.setPosition(column - from);
     const qsizetype previous = finder.toPreviousBoundary();

@@ -85,6 +85,28 @@ bool CodeEditor::wrapSelection(QChar typed)
     return false;
 }
 
+void CodeEditor::moveSelection(QCodeBufferPosition place)
+{
+    const Place first = selection().first();
+    const Place last = selection().last();
+    if (!selecting() || (place >= first && place <= last) || !okToModify())
+        return;
+    const QString text = selectedText();
+    // What goes ahead of the place takes it along.
+    if (place > last) {
+        if (place.line == last.line)
+            place.column += first.column - last.column;
+        place.line += first.line - last.line;
+    }
+    beginUpdate(0, CodeEditIcon::Move);
+    deleteSelection();
+    setCaret(place);
+    const Place begin = caret();
+    insert(text, CodeEditIcon::Move);
+    select({begin, caret()});
+    endUpdate();
+}
+
 void CodeEditor::surround(const QString& before, const QString& after)
 {
     if (!selecting() || macroRecorder().state() == MacroRecorder::State::Recording || !okToModify())

@@ -2,6 +2,8 @@
 
 #include <QHash>
 
+#include <iterator>
+
 namespace {
 
 struct Row {
@@ -13,6 +15,8 @@ constexpr Row Rows[] = {
 #define COMMAND(name, kind) {u"" #name, EditCommandKind::kind},
 #include "editor/commands/EditCommands.inc"
 };
+
+static_assert(std::size(Rows) == EditCommandCount);
 
 const Row& row(EditCommand command) { return Rows[static_cast<std::size_t>(command)]; }
 

@@ -101,12 +101,12 @@ std::optional<int> smartIndent(const QStringList& lines, const QList<int>& inden
     const QString& last = lines.last();
     const bool opens = isTrigger(last, u'{', caretColumn, forced);
     const bool closes = isTrigger(last, u'}', caretColumn, forced);
-    if (opens && !settings.openBraceIndent && !nesting.isBlock())
+    const bool opensAtStatement = opens && !settings.openBraceIndent && !nesting.isBlock();
+    const bool closesOuter = closes && !settings.closeBraceIndent && level > 0;
+    if (opensAtStatement || closesOuter)
         --level;
     else if (opens && settings.openBraceIndent && nesting.isBlock())
         ++level;
-    else if (closes && !settings.closeBraceIndent && level > 0)
-        --level;
     if (!forced && !opens && !closes)
         return {};
     return std::max(0, referenceIndent + (level - referenceLevel) * settings.indentSize);

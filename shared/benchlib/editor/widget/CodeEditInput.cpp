@@ -329,32 +329,18 @@ void CodeEdit::dropEvent(QDropEvent* event)
 {
     if (!m_editor.okToModify())
         return;
-    const bool own = event->source() == this && event->dropAction() == Qt::MoveAction;
-    Place place = positionAt(event->position());
-    const QSelection dragged = m_editor.selection();
-    m_editor.beginUpdate(0, own ? CodeEditIcon::Move : CodeEditIcon::Copy);
-    if (own) {
-        const bool inside = place >= dragged.first() && place <= dragged.last();
-        if (!inside) {
-            // What goes ahead of the place moves it.
-            if (place > dragged.last()) {
-                if (place.line == dragged.last().line)
-                    place.column += (dragged.first().line == dragged.last().line ? 0 : 0)
-                        - dragged.last().column + dragged.first().column;
-                place.line -= dragged.last().line - dragged.first().line;
-            }
-            m_editor.del();
-            m_editor.setCaret(place);
-            m_editor.insert(event->mimeData()->text(), CodeEditIcon::Move);
-            m_editor.select({place, m_editor.caret()});
-        }
+    const Place place = positionAt(event->position());
+    if (event->source() == this && event->dropAction() == Qt::MoveAction) {
+        m_editor.moveSelection(place);
     } else {
+        m_editor.beginUpdate(0, CodeEditIcon::Copy);
         m_editor.dropSelection();
         m_editor.setCaret(place);
+        const Place begin = m_editor.caret();
         m_editor.insert(event->mimeData()->text(), CodeEditIcon::Copy);
-        m_editor.select({place, m_editor.caret()});
+        m_editor.select({begin, m_editor.caret()});
+        m_editor.endUpdate();
     }
-    m_editor.endUpdate();
     event->acceptProposedAction();
 }
 
