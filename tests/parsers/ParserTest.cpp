@@ -104,6 +104,7 @@ TEST(CParser, StylesCode)
                      {u"1 (x)"_s, u"LFO.O"_s},
                      {u"#include <a.h>"_s, u"PPPPPPPP.O.O.O"_s},
                      {u"  #if x"_s, u"..PPP.."_s},
+                     {QString(60, u'#') + u" x"_s, QString(60, u'P') + u".."_s},
                      {u"a$b@c"_s, u"....."_s},
                      {u"_Bool Int"_s, u"KKKKK...."_s},
                      {u"x // int"_s, u"..CCCCCC"_s},

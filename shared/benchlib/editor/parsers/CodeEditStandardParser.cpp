@@ -43,7 +43,9 @@ qsizetype CodeEditStandardParser::parse(QStringView in, char16_t* out)
             line.setStyle(PreprocessorControl);
             line.copy();
             line.copyWhile(isAlnum);
-            line.setStyle(Text);
+            // Two marks for each of a row of "#" would be more than the output has room for.
+            if (line.peek() != u'#')
+                line.setStyle(Text);
         } else if (line.startsWith(u"//")) {
             copyLineComment(line);
         } else if (isAlpha(c) || low(c) == '_') {
