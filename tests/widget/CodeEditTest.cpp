@@ -261,6 +261,41 @@ TEST_F(CodeEditTest, RecordsAndPlaysAMacro)
     EXPECT_EQ(textOf(editor()), u"x a\nb\nc"_s);
 }
 
+TEST_F(CodeEditTest, AMacroHoldsCommandsAndPlainText)
+{
+    MacroRecorder& recorder = macroRecorder();
+    editor().setText(u"ab\nab"_s);
+    recorder.start();
+    key(Qt::Key_End, Qt::ShiftModifier);
+    type(u"("_s);
+    EXPECT_EQ(textOf(editor()), u"(\nab"_s);
+    key(Qt::Key_Down);
+    key(Qt::Key_Home);
+    key(Qt::Key_End, Qt::ShiftModifier);
+    type(u"/"_s);
+    recorder.stop();
+    EXPECT_EQ(textOf(editor()), u"(\n//ab"_s);
+    editor().setText(u"cd\ncd"_s);
+    editor().playRecording();
+    EXPECT_EQ(textOf(editor()), u"(\n//cd"_s);
+    recorder.cancel();
+}
+
+TEST_F(CodeEditTest, MatesAreFoundFarAwayAndShownNearBy)
+{
+    editor().setParser(languages().parserForExtension(u"c"_s));
+    editor().setText(u"{\n"_s + QString(u"x;\n"_s).repeated(5000) + u"}"_s);
+    editor().setCaretPosition({0, 0});
+    EXPECT_FALSE(editor().matchedPair().isValid());
+    m_edit.execute(EditCommand::matchDelimiter);
+    EXPECT_EQ(editor().caret(), (QCodeBufferPosition{5001, 0}));
+    editor().setText(u"f(a[1], \")\")"_s);
+    editor().setCaretPosition({0, 1});
+    EXPECT_EQ(editor().matchedPair(), (QSelection{{0, 1}, {0, 9}}));
+    editor().setCaretPosition({0, 0});
+    EXPECT_FALSE(editor().matchedPair().isValid());
+}
+
 TEST_F(CodeEditTest, SearchesWhileOneTypes)
 {
     editor().setText(u"one two\none three one"_s);

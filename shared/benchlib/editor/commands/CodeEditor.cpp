@@ -93,6 +93,7 @@ void CodeEditor::playRecording()
     if (recorder.state() != MacroRecorder::State::Idle || !okToModify())
         return;
     const std::vector<MacroRecorder::Step> steps = recorder.steps();
+    m_playing = true;
     beginUpdate(0, CodeEditIcon::None);
     for (const MacroRecorder::Step& step : steps) {
         if (step.command == EditCommand::insertTyped)
@@ -101,6 +102,7 @@ void CodeEditor::playRecording()
             execute(step.command);
     }
     endUpdate(Repaint);
+    m_playing = false;
 }
 
 void CodeEditor::setArgument(int count)

@@ -226,6 +226,7 @@ private:
     CodeEditorHost* m_host;
     CodeEditSettings m_settings;
     int m_argument = 0;
+    bool m_playing = false; ///< a macro
     int m_topLine = 0;
     int m_leftColumn = 0;
     int m_visibleLines = 1;

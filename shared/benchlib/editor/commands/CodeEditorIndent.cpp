@@ -56,9 +56,11 @@ void CodeEditor::insertWhitespace(QCodeBufferPosition position, int width)
     const int oldWidth = whitespaceLength(old, startColumn);
     const QString white =
         getWhitespaceString(m_settings.useTabs, m_settings.tabSize, oldWidth + width, startColumn);
+    if (old == white)
+        return;
     if (old.isEmpty())
         insertText({position.line, begin}, white);
-    else if (old != white)
+    else
         replaceText({position.line, begin}, old, white);
 }
 

@@ -312,7 +312,6 @@ void CodeEditor::gotoLine(int line)
 void CodeEditor::select(const QSelection& selection)
 {
     beginUpdate(Deselect);
-    clearUpdateFlags(Deselect);
     setCaret(selection.end);
     setSelection(selection.begin == selection.end ? QSelection{} : selection);
     endUpdate(Repaint);

@@ -38,8 +38,8 @@ void CodeEditor::typeText(const QString& typed)
     const QString text = clean(typed);
     if (text.isEmpty() || !okToModify())
         return;
-    const bool recording = macroRecorder().state() != MacroRecorder::State::Idle;
-    if (text == u" " && !recording && m_settings.expandTemplates) {
+    const bool plain = m_playing || macroRecorder().state() != MacroRecorder::State::Idle;
+    if (text == u" " && !plain && m_settings.expandTemplates) {
         if (const std::optional<QSelection> word = templateWord();
             word && expandTemplate(buffer().text(*word), word->begin, word->end))
             return;
@@ -69,13 +69,18 @@ void CodeEditor::typeText(const QString& typed)
         mergeTyping();
 }
 
-/// With a selection, some characters go around it rather than into its place.
+/// With a selection, some characters go around it rather than into its place. In a macro it is only
+/// the comment key that does so: a recording holds commands and plain text.
 bool CodeEditor::wrapSelection(QChar typed)
 {
+    if (m_playing)
+        return false;
     if (typed == u'/') {
-        swapCommentSelection();
+        execute(EditCommand::swapCommentSelection);
         return true;
     }
+    if (macroRecorder().state() == MacroRecorder::State::Recording)
+        return false;
     for (const Wrapping& wrapping : Wrappings) {
         if (!wrapping.typed.contains(typed))
             continue;
@@ -141,7 +146,6 @@ void CodeEditor::insert(const QString& text, CodeEditIcon icon)
     if (!okToModify())
         return;
     beginUpdate(Deselect, icon);
-    clearUpdateFlags(Deselect);
     fillVirtualSpace();
     insertText(caret(), clean(text));
     endUpdate();
@@ -167,7 +171,6 @@ void CodeEditor::fillVirtualSpace()
 void CodeEditor::enter()
 {
     beginUpdate(0, CodeEditIcon::Edit);
-    clearUpdateFlags(Extend);
     deleteSelection();
     const int line = caret().line;
     // In a line without text the caret itself stands for the indentation.

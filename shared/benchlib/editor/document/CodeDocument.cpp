@@ -86,15 +86,16 @@ void CodeDocument::beginUpdate(unsigned flags, CodeEditIcon icon)
 void CodeDocument::endUpdate(unsigned flags)
 {
     m_updateFlags |= flags;
+    // At each level: a macro selects within its own update.
+    if ((flags & Extend) != 0)
+        setSelection(m_selection.begin == m_caret ? QSelection{}
+                                                  : QSelection{m_selection.begin, m_caret});
+    if ((flags & Deselect) != 0 && selecting())
+        dropSelection();
     if (m_updateDepth > 1) {
         --m_updateDepth;
         return;
     }
-    if ((m_updateFlags & Extend) != 0)
-        setSelection(m_selection.begin == m_caret ? QSelection{}
-                                                  : QSelection{m_selection.begin, m_caret});
-    if ((m_updateFlags & Deselect) != 0 && selecting())
-        dropSelection();
     updateFinished(m_updateFlags, m_updateCaret);
     m_updateDepth = 0;
     const std::unique_ptr<CodeEditTransaction> transaction = std::move(m_transaction);

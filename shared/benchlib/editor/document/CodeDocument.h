@@ -67,13 +67,12 @@ public:
 
     // Changes
 
+    /// Updates nest; the outermost is what is undone. A selection is extended or dropped by the
+    /// flags of each, the rest is done by all flags together at the end.
     void beginUpdate(unsigned flags = 0, CodeEditIcon icon = CodeEditIcon::Edit);
     void endUpdate(unsigned flags = 0);
     /// How many updates are open.
     int updateDepth() const { return m_updateDepth; }
-    /// The flags of the open update.
-    unsigned updateFlags() const { return m_updateFlags; }
-    void clearUpdateFlags(unsigned flags) { m_updateFlags &= ~flags; }
 
     void insertText(QCodeBufferPosition position, const QString& text, bool record = true);
     void deleteText(QCodeBufferPosition begin, QCodeBufferPosition end, bool record = true);

@@ -7,6 +7,7 @@
 #include "editor/widget/CodeEditAccessible.h"
 #include "editor/widget/CodeEditHost.h"
 #include "editor/widget/DiagnosticPopup.h"
+#include "projects/settings/EnvironmentSettings.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -95,6 +96,11 @@ void CodeEdit::carryOut(EditCommand command)
     case EditCommand::increaseTextSize: changeTextSize(1); break;
     case EditCommand::decreaseTextSize: changeTextSize(-1); break;
     case EditCommand::restoreTextSize: restoreTextSize(); break;
+    case EditCommand::saveTextSize:
+        m_configuredFont = m_fonts.base();
+        if (environment)
+            environment->textEditorFont->setValue(m_configuredFont);
+        break;
     case EditCommand::viewWhitespace: setShowWhitespace(!m_showWhitespace); break;
     case EditCommand::checkSyntax: checkSyntax(); break;
     case EditCommand::findIncremental: findIncremental(); break;
