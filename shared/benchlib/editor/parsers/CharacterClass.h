@@ -12,6 +12,8 @@ inline bool isAlpha(char16_t c)
     return letter >= 'a' && letter <= 'z';
 }
 inline bool isAlnum(char16_t c) { return isAlpha(c) || isDigit(c); }
+/// Of names in most languages.
+inline bool isNamePart(char16_t c) { return isAlnum(c) || low(c) == '_'; }
 inline bool isHexDigit(char16_t c)
 {
     const char letter = static_cast<char>(low(c) | 0x20);

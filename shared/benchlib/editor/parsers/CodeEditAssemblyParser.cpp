@@ -45,13 +45,10 @@ qsizetype CodeEditAssemblyParser::parse(QStringView in, char16_t* out)
             line.copy();
             line.copyWhile(isAlnum);
         } else if (isWordStart(c)) {
-            const QStringView rest = line.rest();
-            qsizetype length = 1;
-            while (length < rest.size() && isWordPart(rest[length].unicode()))
-                ++length;
-            const bool isRegister = m_controls.contains(rest.left(length));
+            const QStringView word = line.word(isWordPart);
+            const bool isRegister = m_controls.contains(word);
             line.setStyle(spaces == 1 ? Keyword : isRegister ? Register : Text);
-            line.copy(length);
+            line.copy(word.size());
         } else if (isSpace(c)) {
             ++spaces;
             line.setStyle(Text);

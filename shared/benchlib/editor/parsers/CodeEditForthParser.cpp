@@ -52,15 +52,11 @@ qsizetype CodeEditForthParser::parse(QStringView in, char16_t* out)
             line.copyWhile(isSpace);
             continue;
         }
-        const QStringView rest = line.rest();
-        qsizetype length = 1;
-        while (length < rest.size() && !isSpace(rest[length].unicode()))
-            ++length;
-        const QStringView token = rest.left(length);
+        const QStringView token = line.word([](char16_t in) { return !isSpace(in); });
         if (m_nameWords.contains(previous)) {
             // A name, whatever it looks like.
             line.setStyle(m_definingWords.contains(previous) ? Keyword : Text);
-            line.copy(length);
+            line.copy(token.size());
             previous = {};
         } else {
             copyToken(line, token);

@@ -32,13 +32,10 @@ qsizetype CodeEditSTAPLParser::parse(QStringView in, char16_t* out)
             line.copy();
             line.copyWhile(isAlnum);
         } else if (isAlpha(c) || low(c) == '_') {
-            const QStringView rest = line.rest();
-            qsizetype length = 1;
-            while (length < rest.size() && isWordPart(rest[length].unicode()))
-                ++length;
-            const QString word = rest.left(length).toString().toUpper();
-            lastText = line.mark(isKeyword(word) ? Keyword : Text);
-            line.copy(length);
+            const QStringView word = line.word(isWordPart);
+            const QString key = word.toString().toUpper();
+            lastText = line.mark(isKeyword(key) ? Keyword : Text);
+            line.copy(word.size());
         } else if (isPunct(c)) {
             if (c == u'(' && line.style() == Text && lastText)
                 *lastText = Function;

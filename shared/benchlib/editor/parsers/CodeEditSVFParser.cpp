@@ -19,16 +19,12 @@ qsizetype CodeEditSVFParser::parse(QStringView in, char16_t* out)
         if (c == u'!' || line.startsWith(u"//")) {
             copyLineComment(line);
         } else if (isAlnum(c) || low(c) == '_') {
-            const QStringView rest = line.rest();
-            qsizetype length = 1;
-            while (length < rest.size()
-                   && (isAlnum(rest[length].unicode()) || low(rest[length].unicode()) == '_'))
-                ++length;
-            const QString word = rest.left(length).toString().toLower();
-            line.setStyle(m_keywords.contains(word)       ? Keyword
-                              : m_controls.contains(word) ? PreprocessorControl
-                                                          : Literal);
-            line.copy(length);
+            const QStringView word = line.word(isNamePart);
+            const QString key = word.toString().toLower();
+            line.setStyle(m_keywords.contains(key)       ? Keyword
+                              : m_controls.contains(key) ? PreprocessorControl
+                                                         : Literal);
+            line.copy(word.size());
         } else {
             line.setStyle(isPunct(c) ? Operator : Text);
             line.copy();

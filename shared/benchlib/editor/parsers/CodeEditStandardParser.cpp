@@ -49,13 +49,9 @@ qsizetype CodeEditStandardParser::parse(QStringView in, char16_t* out)
         } else if (line.startsWith(u"//")) {
             copyLineComment(line);
         } else if (isAlpha(c) || low(c) == '_') {
-            const QStringView rest = line.rest();
-            qsizetype length = 1;
-            while (length < rest.size()
-                   && (isAlnum(rest[length].unicode()) || low(rest[length].unicode()) == '_'))
-                ++length;
-            lastText = line.mark(styleOf(rest.left(length)));
-            line.copy(length);
+            const QStringView word = line.word(isNamePart);
+            lastText = line.mark(styleOf(word));
+            line.copy(word.size());
         } else if (isDigit(c)) {
             line.setStyle(Literal);
             line.copyWhile(isAlnum);

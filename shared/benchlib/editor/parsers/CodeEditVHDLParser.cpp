@@ -22,16 +22,11 @@ qsizetype CodeEditVHDLParser::parse(QStringView in, char16_t* out)
         } else if (line.startsWith(u"--")) {
             copyLineComment(line);
         } else if (isAlpha(c) || low(c) == '_') {
-            const QStringView rest = line.rest();
-            qsizetype length = 1;
-            while (length < rest.size()
-                   && (isAlnum(rest[length].unicode()) || low(rest[length].unicode()) == '_'))
-                ++length;
-            const QStringView word = rest.left(length);
+            const QStringView word = line.word(isNamePart);
             line.setStyle(m_keywords.contains(word)       ? Keyword
                               : m_controls.contains(word) ? PreprocessorControl
                                                           : Text);
-            line.copy(length);
+            line.copy(word.size());
             afterWord = true;
         } else if (isDigit(c)) {
             line.setStyle(Literal);

@@ -30,6 +30,16 @@ public:
     QStringView since(qsizetype position) const { return m_in.sliced(position, m_at - position); }
     QStringView rest() const { return m_in.sliced(m_at); }
 
+    /// The next character and those behind it for which the predicate holds.
+    template <typename Predicate> QStringView word(Predicate isPart) const
+    {
+        const QStringView text = rest();
+        qsizetype length = 1;
+        while (length < text.size() && isPart(text[length].unicode()))
+            ++length;
+        return text.left(length);
+    }
+
     int style() const { return m_style; }
     /// Gives what follows that style; a mark is written if it differs.
     void setStyle(int style)
