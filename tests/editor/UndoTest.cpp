@@ -188,6 +188,17 @@ TEST_F(UndoTest, LeadsThroughTheSameTextsBackAndForth)
     QRandomGenerator random(11);
     m_document.setText(u"first\nsecond\nthird"_s);
     QStringList texts{textOf(m_document)};
+    // Someone who hears of changes only.
+    QString heard = texts[0];
+    QObject::connect(&m_document, &CodeDocument::textReplaced, &m_document,
+                     [&](QCodeBufferPosition at, const QString& removed, const QString& inserted) {
+                         qsizetype start = 0;
+                         for (int line = 0; line < at.line; ++line)
+                             start = heard.indexOf(u'\n', start) + 1;
+                         const qsizetype offset = start + at.column;
+                         ASSERT_EQ(heard.mid(offset, removed.size()), removed);
+                         heard.replace(offset, removed.size(), inserted);
+                     });
     const auto position = [&] {
         const int line = random.bounded(m_document.count());
         return QCodeBufferPosition{line, random.bounded(m_document.buffer().length(line) + 1)};
@@ -210,9 +221,11 @@ TEST_F(UndoTest, LeadsThroughTheSameTextsBackAndForth)
         }
         m_document.endUpdate();
         texts.append(textOf(m_document));
+        ASSERT_EQ(heard, texts.last());
     }
     for (auto text = texts.rbegin(); text != texts.rend(); ++text) {
         ASSERT_EQ(textOf(m_document), *text);
+        ASSERT_EQ(heard, *text);
         m_document.undo();
     }
     for (const QString& text : texts) {

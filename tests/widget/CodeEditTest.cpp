@@ -18,6 +18,7 @@
 #include <QComboBox>
 #include <QDropEvent>
 #include <QGraphicsOpacityEffect>
+#include <QHelpEvent>
 #include <QImage>
 #include <QLineEdit>
 #include <QMimeData>
@@ -27,6 +28,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolTip>
+#include <QUrl>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -140,6 +143,12 @@ TEST_F(CodeEditTest, MouseSelectsCharactersWordsAndLines)
     QTest::mouseDClick(m_edit.viewport(), Qt::LeftButton, {}, pointOf({0, 20}));
     EXPECT_EQ(editor().selectedText(), u"one two\n"_s);
     QTest::mouseRelease(m_edit.viewport(), Qt::LeftButton, {}, pointOf({0, 20}));
+    QTest::mouseDClick(m_edit.viewport(), Qt::LeftButton, {}, pointOf({1, 7}));
+    QTest::mouseRelease(m_edit.viewport(), Qt::LeftButton, {}, pointOf({1, 7}));
+    click({1, 7});
+    EXPECT_EQ(editor().selectedText(), u"three four\n"_s) << "a third click";
+    click({1, 7});
+    EXPECT_FALSE(editor().selecting());
     // Dragging with the button down.
     QTest::mousePress(m_edit.viewport(), Qt::LeftButton, {}, pointOf({2, 1}));
     QTest::mouseMove(m_edit.viewport(), pointOf({2, 3}));
@@ -188,6 +197,50 @@ TEST_F(CodeEditTest, DropsTextWhereThePointerIs)
     EXPECT_EQ(editor().selectedText(), u"-x"_s);
     editor().undo();
     EXPECT_EQ(textOf(editor()), u"one two three"_s);
+    // A file is for the window around the editor.
+    QMimeData file;
+    file.setUrls({QUrl::fromLocalFile(u"/tmp/file.c"_s)});
+    QDragEnterEvent enter(pointOf({0, 0}), Qt::CopyAction, &file, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(m_edit.viewport(), &enter);
+    EXPECT_FALSE(enter.isAccepted());
+}
+
+TEST_F(CodeEditTest, AsksForTipsOfWordsExpressionsAndMargins)
+{
+    editor().setText(u"x = list->next[size + 1];\nlast"_s);
+    QStringList words;
+    QObject::connect(&m_edit, &CodeEdit::dataTipRequested, &m_edit,
+                     [&](CodeEdit* edit, int line, const QString& word) {
+                         words.append(QString::number(line) + u' ' + word);
+                         edit->appendClientTooltip(word + u" is 1"_s);
+                     });
+    QSignalSpy margins(&m_edit, &CodeEdit::marginTipRequested);
+    const auto rest = [&](QPoint point) {
+        QHelpEvent event(QEvent::ToolTip, point, m_edit.viewport()->mapToGlobal(point));
+        QCoreApplication::sendEvent(m_edit.viewport(), &event);
+    };
+    rest(pointOf({0, 5}));
+    EXPECT_EQ(QToolTip::text(), u"list is 1"_s);
+    rest(pointOf({1, 1}));
+    editor().select({{0, 4}, {0, 24}});
+    rest(pointOf({0, 5}));
+    rest(pointOf({0, 16}));
+    EXPECT_EQ(words, (QStringList{u"0 list"_s, u"1 last"_s, u"0 list->next"_s, u"0 size"_s}));
+    rest({3, pointOf({1, 0}).y()});
+    ASSERT_EQ(margins.size(), 1);
+    EXPECT_EQ(margins[0][1].toInt(), 1);
+    EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }));
+}
+
+TEST_F(CodeEditTest, ASavedDocumentGetsTheLanguageOfItsName)
+{
+    QTemporaryDir folder;
+    editor().setText(u"int x;"_s);
+    EXPECT_EQ(editor().parser(), nullptr);
+    ASSERT_TRUE(editor().saveAs(Path(folder.filePath(u"new.c"_s))));
+    EXPECT_EQ(editor().parser(), languages().parserForExtension(u"c"_s));
+    ASSERT_TRUE(editor().saveAs(Path(folder.filePath(u"new.xml"_s))));
+    EXPECT_TRUE(m_edit.canCheckSyntax());
 }
 
 TEST_F(CodeEditTest, InputMethodsComposeAndCommit)
@@ -298,7 +351,7 @@ TEST_F(CodeEditTest, MatesAreFoundFarAwayAndShownNearBy)
 
 TEST_F(CodeEditTest, SearchesWhileOneTypes)
 {
-    editor().setText(u"one two\none three one"_s);
+    editor().setText(u"one two\none three one\nlast"_s);
     editor().setCaretPosition({0, 2});
     key(Qt::Key_I, Qt::ControlModifier);
     auto* bar = m_edit.findChild<CodeEditFindIncrementalDialog*>();
@@ -322,6 +375,15 @@ TEST_F(CodeEditTest, SearchesWhileOneTypes)
     QTest::keyClick(text, Qt::Key_Escape);
     EXPECT_FALSE(bar->isVisible());
     EXPECT_EQ(editor().caret(), (QCodeBufferPosition{0, 2}));
+    // Keys that the bar has no use for belong to the editor, which goes on at the hit.
+    key(Qt::Key_I, Qt::ControlModifier);
+    text->clear();
+    QTest::keyClicks(text, u"three"_s);
+    QTest::keyClick(text, Qt::Key_Left);
+    EXPECT_TRUE(bar->isVisible());
+    QTest::keyClick(text, Qt::Key_Down, Qt::AltModifier);
+    EXPECT_FALSE(bar->isVisible());
+    EXPECT_EQ(editor().caret().line, 2);
 }
 
 TEST_F(CodeEditTest, TheMarginWidensWithTheNumberOfLines)

@@ -90,9 +90,14 @@ bool CodeEditor::isAvailable(EditCommand command) const
 void CodeEditor::playRecording()
 {
     MacroRecorder& recorder = macroRecorder();
-    if (recorder.state() != MacroRecorder::State::Idle || !okToModify())
+    if (recorder.state() != MacroRecorder::State::Idle)
         return;
     const std::vector<MacroRecorder::Step> steps = recorder.steps();
+    const bool edits = std::any_of(steps.begin(), steps.end(), [](const MacroRecorder::Step& step) {
+        return kindOf(step.command) == EditCommandKind::Edit;
+    });
+    if (edits && !okToModify())
+        return;
     m_playing = true;
     beginUpdate(0, CodeEditIcon::None);
     for (const MacroRecorder::Step& step : steps) {

@@ -131,7 +131,7 @@ public:
     /// In the whole text, or the selection. The number of matches.
     int replaceAll(const QString& text, const QString& replacement, FindOptions options,
                    bool inSelection);
-    /// Bookmarks the lines with a match. The number of matches.
+    /// Bookmarks the lines with a match. The number of these lines.
     int markAll(const QString& text, FindOptions options, bool inSelection);
     int countMatches(const QString& text, FindOptions options) const;
     /// Which of the matches, from 1 on, stands at that place; 0 if none.

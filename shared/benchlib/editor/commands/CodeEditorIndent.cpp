@@ -153,11 +153,7 @@ void CodeEditor::lineOutdent()
     endUpdate();
 }
 
-void CodeEditor::lineIndent(int line)
-{
-    if (buffer().length(line) > 0)
-        insertWhitespace({line, 0}, m_settings.indentSize);
-}
+void CodeEditor::lineIndent(int line) { insertWhitespace({line, 0}, m_settings.indentSize); }
 
 void CodeEditor::lineOutdent(int line)
 {

@@ -205,7 +205,7 @@ void CodeEditor::sortLines(bool descending)
 void CodeEditor::sortAscending() { sortLines(false); }
 void CodeEditor::sortDescending() { sortLines(true); }
 
-/// The caret's line goes below... the one above it comes behind it, and the caret goes on.
+/// Exchanges the caret's line with the one above it; the caret goes to the line below both.
 void CodeEditor::transposeLines()
 {
     const int line = caret().line;

@@ -130,6 +130,7 @@ void CodeDocument::insertText(QCodeBufferPosition position, const QString& text,
     const QCodeBufferPosition end = m_buffer.insertText(position, text);
     if (count() > before)
         emit numberOfLinesChanged(position.line + 1, count() - before);
+    emit textReplaced(position, QString(), text);
     setCaret(end, true);
     if (record)
         this->record(std::make_unique<CodeEditInsertAction>(text, position, end));
@@ -143,11 +144,12 @@ void CodeDocument::deleteText(QCodeBufferPosition begin, QCodeBufferPosition end
     beginUpdate();
     sync(begin);
     ++m_sequenceNumber;
-    const QString text = record ? m_buffer.text(begin, end) : QString();
+    const QString text = m_buffer.text(begin, end);
     const int before = count();
     m_buffer.deleteText(begin, end);
     if (count() < before)
         emit numberOfLinesChanged(begin.line + (begin.column == 0 ? 1 : 2), count() - before);
+    emit textReplaced(begin, text, QString());
     if (record)
         this->record(std::make_unique<CodeEditDeleteAction>(text, begin, end));
     endUpdate(Repaint | LinesChanged);
@@ -172,6 +174,7 @@ void CodeDocument::replaceText(QCodeBufferPosition position, const QString& oldT
     const QCodeBufferPosition end = m_buffer.insertText(position, newText);
     if (count() != before)
         emit numberOfLinesChanged(position.line + 1, count() - before);
+    emit textReplaced(position, oldText, newText);
     setCaret(end, true);
     if (record)
         this->record(std::make_unique<CodeEditReplaceAction>(oldText, newText, position));

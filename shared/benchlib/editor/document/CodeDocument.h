@@ -173,6 +173,10 @@ signals:
     void finished();
     /// `delta` lines were added in front of `line`, or -delta removed from it on; 0-based.
     void numberOfLinesChanged(int line, int delta);
+    /// At that place `inserted` stands now where `removed` was. A text that is replaced as a whole
+    /// isn't told.
+    void textReplaced(QCodeBufferPosition position, const QString& removed,
+                      const QString& inserted);
     /// Someone wants to edit a read-only file. A receiver may change that.
     void readOnlyFileEdit();
     void modStateChanged();

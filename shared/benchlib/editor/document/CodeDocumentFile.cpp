@@ -51,8 +51,12 @@ bool CodeDocument::failToOpen(const QString& text, const QString& reason)
 
 bool CodeDocument::load(const Path& path, const QString& encoding)
 {
+    const QString before = m_encodingName;
     m_encodingName = encoding.isEmpty() ? TextEncoding::Default.toString() : encoding;
-    return load(path);
+    if (load(path))
+        return true;
+    m_encodingName = before;
+    return false;
 }
 
 bool CodeDocument::load(const Path& path)

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QSet>
 #include <QStyle>
 #include <QToolButton>
 
@@ -24,6 +25,35 @@ QToolButton* makeButton(QWidget* parent, const QString& text, const QString& tip
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::NoFocus);
     return button;
+}
+
+/// Whether its key edits the text that is looked for; all others lead back to the editor.
+bool isForLine(EditCommand command)
+{
+    using enum EditCommand;
+    static const QSet<EditCommand> commands = {charLeft,
+                                               charLeftExtend,
+                                               lineStartToggle,
+                                               lineStartToggleExtend,
+                                               deleteBack,
+                                               charRight,
+                                               charRightExtend,
+                                               lineEnd,
+                                               lineEndExtend,
+                                               deleteForward,
+                                               wordLeft,
+                                               wordLeftExtend,
+                                               selectAll,
+                                               deleteWordLeft,
+                                               undo,
+                                               wordRight,
+                                               wordRightExtend,
+                                               copy,
+                                               deleteWordRight,
+                                               redo,
+                                               cut,
+                                               paste};
+    return commands.contains(command);
 }
 
 } // namespace
@@ -167,9 +197,7 @@ bool CodeEditFindIncrementalDialog::eventFilter(QObject* object, QEvent* event)
         step(false);
     } else if (command == EditCommand::findPrev) {
         step(true);
-    } else if (command == EditCommand::lineUp || command == EditCommand::lineDown
-               || command == EditCommand::pageUp || command == EditCommand::pageDown
-               || command == EditCommand::documentStart || command == EditCommand::documentEnd) {
+    } else if (command && !isForLine(*command)) {
         finish(false);
         m_edit->execute(*command);
     } else {

@@ -9,7 +9,6 @@
 #include "editor/widget/DiagnosticPopup.h"
 #include "projects/settings/EnvironmentSettings.h"
 
-#include <QAccessible>
 #include <QApplication>
 #include <QFontDatabase>
 #include <QScrollBar>
@@ -27,6 +26,8 @@ namespace {
 /// Room beside the longest line, in columns.
 constexpr int RightSlack = 10;
 constexpr double SmallestPointSize = 4;
+/// Screen readers are told of each change of an update, up to that many.
+constexpr int MostChangesTold = 16;
 constexpr double LargestPointSize = 96;
 
 } // namespace
@@ -59,6 +60,12 @@ CodeEdit::CodeEdit(QWidget* parent)
         updateScrollBars();
         viewport()->update();
     });
+    connect(&m_editor, &CodeEditor::textReplaced, this,
+            [this](QCodeBufferPosition position, const QString& removed, const QString& inserted) {
+                if (++m_changesToTell <= MostChangesTold)
+                    tellOfReplacedText(*this, position, removed, inserted);
+            });
+    connect(&m_editor, &CodeEditor::renamed, this, &CodeEdit::useLanguageOfFile);
     connect(&m_editor, &CodeEditor::modStateChanged, this, [this] { viewport()->update(); });
     connect(&m_editor, &CodeEditor::finished, this, &CodeEdit::finished);
     connect(&m_editor, &CodeEditor::error, this, &CodeEdit::error);
@@ -70,17 +77,21 @@ CodeEdit::~CodeEdit() = default;
 
 bool CodeEdit::load(const Path& path)
 {
-    const LanguageRegistry& registry = languages();
-    CodeEditParser* const parser = registry.parserForExtension(path.extension());
     if (!m_editor.load(path))
         return false;
-    m_editor.setParser(parser);
-    m_syntaxChecker = registry.syntaxCheckerForExtension(path.extension());
+    useLanguageOfFile();
     m_longestColumns = 0;
     m_editor.setLeftColumn(0);
     m_editor.setTopLine(0);
     updateScrollBars();
     return true;
+}
+
+void CodeEdit::useLanguageOfFile()
+{
+    const QString extension = m_editor.filename().extension();
+    m_editor.setParser(languages().parserForExtension(extension));
+    m_syntaxChecker = languages().syntaxCheckerForExtension(extension);
 }
 
 bool CodeEdit::close(bool force)
@@ -323,18 +334,10 @@ void CodeEdit::viewChanged(bool whole, int caretLineBefore)
 /// That the text or the caret isn't what it was.
 void CodeEdit::tellScreenReaders()
 {
-    if (!QAccessible::isActive())
-        return;
-    if (m_toldSequence != m_editor.sequenceNumber()) {
-        m_toldSequence = m_editor.sequenceNumber();
-        QAccessibleValueChangeEvent value(this, m_editor.buffer().text(m_editor.caret().line));
-        QAccessible::updateAccessibility(&value);
-    }
-    QAccessibleInterface* self = QAccessible::queryAccessibleInterface(this);
-    if (!self)
-        return;
-    QAccessibleTextCursorEvent moved(this, self->textInterface()->cursorPosition());
-    QAccessible::updateAccessibility(&moved);
+    if (m_changesToTell > MostChangesTold)
+        tellOfChangedText(*this);
+    m_changesToTell = 0;
+    tellOfCaret(*this);
 }
 
 void CodeEdit::repaintLine(int line)

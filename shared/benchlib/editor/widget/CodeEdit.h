@@ -10,6 +10,7 @@
 
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
+#include <QElapsedTimer>
 
 #include <memory>
 #include <optional>
@@ -110,6 +111,10 @@ public:
     bool canCheckSyntax() const { return m_syntaxChecker != nullptr; }
     void checkSyntax();
 
+    /// A further line of the tip that is being asked for, while one of the signals below is
+    /// delivered.
+    void appendClientTooltip(const QString& text);
+
     void showDiagnostic(const DiagnosticData& diagnostic);
     void clearDiagnostic();
     void findIncremental();
@@ -126,6 +131,8 @@ signals:
     void error(const QString& text);
     void message(const QString& text);
     void note(const QString& text);
+    /// The pointer rests over that word of the line, which counts from 0, or over its margin. A
+    /// receiver answers at once by appendClientTooltip.
     void dataTipRequested(CodeEdit* edit, int line, const QString& word);
     void marginTipRequested(CodeEdit* edit, int line);
     void help(const QString& word);
@@ -142,6 +149,8 @@ protected:
     virtual int addressWidth() const { return 5; }
     virtual int executionLine() const { return -1; }
     virtual void controlClick(QCodeBufferPosition position) { Q_UNUSED(position) }
+    /// The pointer rests at that place of the viewport.
+    virtual void maybeTip(QPoint point, QPoint globalPoint);
 
     bool viewportEvent(QEvent* event) override;
     bool event(QEvent* event) override;
@@ -178,6 +187,7 @@ private:
     void repaintLine(int line);
     void viewChanged(bool whole, int caretLineBefore);
     void tellScreenReaders();
+    void useLanguageOfFile();
 
     LinePainter::Look look() const;
     StyledLine styledLine(int line) const;
@@ -191,10 +201,12 @@ private:
     double textLeft() const { return marginWidth(); }
 
     void pressInMargin(QMouseEvent* event);
+    void beginMouseSelection(MouseMode mode);
     void extendByMouse(QPointF point);
+    bool canDrop(const QMimeData& data) const;
     void startDrag();
     void mouseTick();
-    bool maybeTip(QPoint point, QPoint globalPoint);
+    QString tipWord(QCodeBufferPosition place) const;
 
     static CodeEditColorScheme s_scheme;
     static TextSearch s_highlightFind;
@@ -227,10 +239,12 @@ private:
     QPointF m_mousePoint;
     QSelection m_mouseAnchor; ///< the word or line that dragging began with
     bool m_dragPending = false;
+    QElapsedTimer m_sinceDoubleClick;
     int m_wheelRest = 0;
 
+    QStringList m_clientTips;
     QString m_preedit;
-    qint64 m_toldSequence = 0;
+    int m_changesToTell = 0;  ///< to screen readers, in the update that is under way
     int m_longestColumns = 0; ///< of the lines that have been seen
     bool m_updatingScrollBars = false;
 

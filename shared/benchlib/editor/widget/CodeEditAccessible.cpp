@@ -11,6 +11,22 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+QCodeBufferPosition placeOf(const QCodeBuffer& buffer, int offset)
+{
+    int line = 0;
+    for (; line + 1 < buffer.count() && offset > buffer.length(line); ++line)
+        offset -= buffer.length(line) + 1;
+    return {line, std::clamp(offset, 0, buffer.length(line))};
+}
+
+int offsetOf(const QCodeBuffer& buffer, QCodeBufferPosition place)
+{
+    int offset = 0;
+    for (int line = 0; line < place.line; ++line)
+        offset += buffer.length(line) + 1;
+    return offset + std::min(place.column, buffer.length(place.line));
+}
+
 /// The text as one row of characters, as screen readers want it: lines are joined with "\n".
 class CodeEditAccessible : public QAccessibleWidget,
                            public QAccessibleTextInterface,
@@ -119,20 +135,8 @@ private:
     CodeEditor& editor() const { return edit().editor(); }
     const QCodeBuffer& buffer() const { return editor().buffer(); }
 
-    QCodeBufferPosition placeOf(int offset) const
-    {
-        int line = 0;
-        for (; line + 1 < buffer().count() && offset > buffer().length(line); ++line)
-            offset -= buffer().length(line) + 1;
-        return {line, std::clamp(offset, 0, buffer().length(line))};
-    }
-    int offsetOf(QCodeBufferPosition place) const
-    {
-        int offset = 0;
-        for (int line = 0; line < place.line; ++line)
-            offset += buffer().length(line) + 1;
-        return offset + std::min(place.column, buffer().length(place.line));
-    }
+    QCodeBufferPosition placeOf(int offset) const { return ::placeOf(buffer(), offset); }
+    int offsetOf(QCodeBufferPosition place) const { return ::offsetOf(buffer(), place); }
 };
 
 QAccessibleInterface* makeAccessible(const QString& className, QObject* object)
@@ -148,4 +152,48 @@ void installCodeEditAccessibility()
 {
     static const bool installed = (QAccessible::installFactory(makeAccessible), true);
     Q_UNUSED(installed)
+}
+
+void tellOfReplacedText(CodeEdit& edit, QCodeBufferPosition position, const QString& removed,
+                        const QString& inserted)
+{
+    if (!QAccessible::isActive())
+        return;
+    const int offset = offsetOf(edit.editor().buffer(), position);
+    if (removed.isEmpty()) {
+        QAccessibleTextInsertEvent event(&edit, offset, inserted);
+        QAccessible::updateAccessibility(&event);
+    } else if (inserted.isEmpty()) {
+        QAccessibleTextRemoveEvent event(&edit, offset, removed);
+        QAccessible::updateAccessibility(&event);
+    } else {
+        QAccessibleTextUpdateEvent event(&edit, offset, removed, inserted);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+void tellOfChangedText(CodeEdit& edit)
+{
+    if (!QAccessible::isActive())
+        return;
+    const CodeEditor& editor = edit.editor();
+    QAccessibleValueChangeEvent event(&edit, editor.buffer().text(editor.caret().line));
+    QAccessible::updateAccessibility(&event);
+}
+
+void tellOfCaret(CodeEdit& edit)
+{
+    if (!QAccessible::isActive())
+        return;
+    const QCodeBuffer& buffer = edit.editor().buffer();
+    const QSelection& selection = edit.editor().selection();
+    if (selection.isValid()) {
+        QAccessibleTextSelectionEvent event(&edit, offsetOf(buffer, selection.first()),
+                                            offsetOf(buffer, selection.last()));
+        event.setCursorPosition(offsetOf(buffer, edit.editor().caret()));
+        QAccessible::updateAccessibility(&event);
+        return;
+    }
+    QAccessibleTextCursorEvent event(&edit, offsetOf(buffer, edit.editor().caret()));
+    QAccessible::updateAccessibility(&event);
 }

@@ -13,6 +13,7 @@
 #include <QMouseEvent>
 #include <QRegularExpression>
 #include <QScrollBar>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -157,6 +158,14 @@ void CodeEdit::mousePressEvent(QMouseEvent* event)
         return;
     }
     m_mousePoint = event->position();
+    // A third click.
+    if (m_sinceDoubleClick.isValid()
+        && m_sinceDoubleClick.elapsed() < QApplication::doubleClickInterval()
+        && m_mouseAnchor.first().line == place.line) {
+        m_sinceDoubleClick.invalidate();
+        beginMouseSelection(MouseMode::Lines);
+        return;
+    }
     if (inSelection && m_dragDrop && !event->modifiers().testFlag(Qt::ShiftModifier)) {
         m_dragPending = true;
         return;
@@ -186,15 +195,20 @@ void CodeEdit::mouseDoubleClickEvent(QMouseEvent* event)
         --place.column;
     const bool onText = place.column < text.size() && !text[place.column].isSpace();
     m_editor.setCaretPosition(place);
-    if (onText) {
-        m_editor.selectWord();
-        m_mouseMode = MouseMode::Words;
-    } else {
-        m_editor.selectLine();
-        m_mouseMode = MouseMode::Lines;
-    }
-    m_mouseAnchor = m_editor.selection();
     m_mousePoint = event->position();
+    m_sinceDoubleClick.start();
+    beginMouseSelection(onText ? MouseMode::Words : MouseMode::Lines);
+}
+
+/// With the word or the line of the caret.
+void CodeEdit::beginMouseSelection(MouseMode mode)
+{
+    m_mouseMode = mode;
+    if (mode == MouseMode::Words)
+        m_editor.selectWord();
+    else
+        m_editor.selectLine();
+    m_mouseAnchor = m_editor.selection();
     m_mouseTimer.start(MouseTickMs, this);
 }
 
@@ -312,23 +326,28 @@ void CodeEdit::startDrag()
     }
 }
 
-void CodeEdit::dragEnterEvent(QDragEnterEvent* event)
+/// Files are for the window around the editor.
+bool CodeEdit::canDrop(const QMimeData& data) const
 {
-    if (event->mimeData()->hasText() && m_editor.canEdit())
-        event->acceptProposedAction();
+    return data.hasText() && !data.hasUrls() && m_editor.canEdit();
 }
 
 void CodeEdit::dragMoveEvent(QDragMoveEvent* event)
 {
-    if (!event->mimeData()->hasText() || !m_editor.canEdit())
-        return;
-    event->acceptProposedAction();
+    if (canDrop(*event->mimeData()))
+        event->acceptProposedAction();
+    else
+        event->ignore();
 }
+
+void CodeEdit::dragEnterEvent(QDragEnterEvent* event) { dragMoveEvent(event); }
 
 void CodeEdit::dropEvent(QDropEvent* event)
 {
-    if (!m_editor.okToModify())
+    if (!canDrop(*event->mimeData()) || !m_editor.okToModify()) {
+        event->ignore();
         return;
+    }
     const Place place = positionAt(event->position());
     if (event->source() == this && event->dropAction() == Qt::MoveAction) {
         m_editor.moveSelection(place);
@@ -364,26 +383,47 @@ bool CodeEdit::viewportEvent(QEvent* event)
 {
     if (event->type() == QEvent::ToolTip) {
         const auto* tip = static_cast<QHelpEvent*>(event);
-        return maybeTip(tip->pos(), tip->globalPos());
+        maybeTip(tip->pos(), tip->globalPos());
+        return true;
     }
     return QAbstractScrollArea::viewportEvent(event);
 }
 
-bool CodeEdit::maybeTip(QPoint point, QPoint)
+void CodeEdit::maybeTip(QPoint point, QPoint globalPoint)
 {
+    m_clientTips.clear();
     const Place place = positionAt(point);
-    if (point.x() < marginWidth()) {
+    if (point.x() < marginWidth())
         emit marginTipRequested(this, place.line);
-        return true;
-    }
-    const QSelection& selection = m_editor.selection();
-    QString word;
-    if (selection.isValid() && place >= selection.first() && place <= selection.last()
-        && selection.first().line == selection.last().line)
-        word = m_editor.selectedText();
-    else
-        word = m_editor.wordUnder(place);
-    if (!word.isEmpty())
+    else if (const QString word = tipWord(place); !word.isEmpty())
         emit dataTipRequested(this, place.line, word);
-    return true;
+    // An empty text takes an earlier tip away.
+    QToolTip::showText(globalPoint, m_clientTips.join(u'\n'), viewport());
+}
+
+void CodeEdit::appendClientTooltip(const QString& text) { m_clientTips.append(text); }
+
+/// A selection is an expression that someone wants to see: only what separates expressions ends it.
+QString CodeEdit::tipWord(QCodeBufferPosition place) const
+{
+    const QSelection& selection = m_editor.selection();
+    const Place first = selection.first();
+    const Place last = selection.last();
+    if (!selection.isValid() || place < first || place >= last)
+        return m_editor.wordUnder(place);
+    static constexpr QStringView separators = u";:(){}[]";
+    const QStringView text = m_editor.buffer().view(place.line);
+    const auto separates = [&](qsizetype column) {
+        return text[column].isSpace() || separators.contains(text[column]);
+    };
+    const qsizetype from = place.line == first.line ? first.column : 0;
+    const qsizetype to =
+        place.line == last.line ? std::min<qsizetype>(last.column, text.size()) : text.size();
+    qsizetype start = std::min<qsizetype>(place.column, to);
+    qsizetype end = start;
+    while (start > from && !separates(start - 1))
+        --start;
+    while (end < to && !separates(end))
+        ++end;
+    return text.mid(start, end - start).toString();
 }
