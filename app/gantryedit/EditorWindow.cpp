@@ -1,6 +1,9 @@
-#include "EditorWindow.h"
+#include "app/gantryedit/EditorWindow.h"
 
-#include "SearchResults.h"
+#include "app/gantryedit/DocumentMenus.h"
+#include "app/gantryedit/FilePlace.h"
+#include "app/gantryedit/RecentFiles.h"
+#include "app/gantryedit/SearchResults.h"
 
 #include "editor/commands/MacroRecorder.h"
 #include "editor/find/CodeEditFindDialog.h"
@@ -8,6 +11,7 @@
 #include "editor/widget/CodeEdit.h"
 #include "editor/widget/CodeEditPreferences.h"
 #include "projects/settings/EnvironmentSettings.h"
+#include "projects/settings/SettingDescription.h"
 #include "shell/actions/Actions.h"
 #include "shell/actions/GUIBuilder.h"
 #include "shell/dialogs/FindFilesDialog.h"
@@ -22,6 +26,8 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMimeData>
+#include <QMouseEvent>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTabWidget>
@@ -32,6 +38,12 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr int MessageMs = 6000;
+constexpr QStringView GeometryKey = u"Environment/Editor Window/Geometry";
+
+PropertyValue* geometrySetting()
+{
+    return environment ? environment->findProperty(GeometryKey.toString()) : nullptr;
+}
 
 struct CommandRow {
     BenchAction* Actions::*action;
@@ -140,7 +152,16 @@ EditorWindow::EditorWindow(QWidget* parent)
     m_tabs->setDocumentMode(true);
     m_tabs->setTabsClosable(true);
     m_tabs->setMovable(true);
+    m_tabs->tabBar()->installEventFilter(this);
+    m_tabs->tabBar()->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_tabs->tabBar(), &QWidget::customContextMenuRequested, this,
+            &EditorWindow::showTabMenu);
     setCentralWidget(m_tabs);
+    setAcceptDrops(true);
+    registerDocumentMenus(*this);
+    auto* recent = new RecentFiles(this);
+    guiBuilder->registerObject(recent);
+    connect(recent, &RecentFiles::chosen, this, [this](const Path& path) { open(path); });
     guiBuilder->populate(menuBar(), u"EditorMenuBar"_s);
     QToolBar* toolBar = addToolBar(tr("Editor"));
     toolBar->setObjectName(u"EditorToolbar"_s);
@@ -159,6 +180,8 @@ EditorWindow::EditorWindow(QWidget* parent)
                     current()->editor().setCaretPosition({line - 1, column - 1});
             });
     resize(1000, 700);
+    if (const PropertyValue* geometry = geometrySetting())
+        restoreGeometry(QByteArray::fromBase64(geometry->toString().toLatin1()));
     makeConnections();
     connect(m_tabs, &QTabWidget::currentChanged, this, [this] {
         if (CodeEdit* edit = current()) {
@@ -172,10 +195,19 @@ EditorWindow::EditorWindow(QWidget* parent)
         updateState();
     });
     connect(m_tabs, &QTabWidget::tabCloseRequested, this, &EditorWindow::closeTab);
-    if (environment)
+    if (environment) {
         connect(environment, &EnvironmentSettings::settingChanged, this,
                 &EditorWindow::settingChanged);
+        connect(environment, &EnvironmentSettings::settingChanged, guiBuilder,
+                &GUIBuilder::environmentSettingChanged);
+    }
     updateState();
+}
+
+void EditorWindow::createEntries(EnvironmentSettings& settings)
+{
+    settings.createEntry(SettingRows::internal(PropertyClass::Type::String, GeometryKey));
+    RecentFiles::createEntries(settings);
 }
 
 void EditorWindow::makeConnections()
@@ -213,6 +245,7 @@ void EditorWindow::makeConnections()
         if (CodeEdit* edit = current())
             edit->printPreview();
     });
+    on(::actions->clearFileHistory, [] { RecentFiles::clearAll(); });
     on(::actions->fileCopyFullPath, [this] {
         if (CodeEdit* edit = current())
             QApplication::clipboard()->setText(edit->fileName());
@@ -307,7 +340,20 @@ CodeEdit* EditorWindow::addEdit()
     for (const auto signal :
          {&CodeEditor::modStateChanged, &CodeEditor::renamed, &CodeEditor::saved})
         connect(&edit->editor(), signal, this, [this, edit] { updateTab(edit); });
+    connect(&edit->editor(), &CodeEditor::renamed, this, [edit] {
+        RecentFiles::add(edit->editor().filename());
+        if (environment)
+            CodeEditPreferences::apply(*environment, *edit);
+    });
     return edit;
+}
+
+void EditorWindow::showEdit(CodeEdit* edit)
+{
+    if (environment)
+        CodeEditPreferences::apply(*environment, *edit);
+    m_tabs->setCurrentIndex(m_tabs->addTab(edit, QString()));
+    updateTab(edit);
 }
 
 void EditorWindow::newDocument()
@@ -315,10 +361,7 @@ void EditorWindow::newDocument()
     CodeEdit* edit = addEdit();
     edit->editor().setFilename(Path(u"Untitled %1"_s.arg(++m_untitled)), false);
     edit->editor().setText(QString());
-    if (environment)
-        CodeEditPreferences::apply(*environment, *edit);
-    m_tabs->setCurrentIndex(m_tabs->addTab(edit, QString()));
-    updateTab(edit);
+    showEdit(edit);
 }
 
 bool EditorWindow::open(const Path& path)
@@ -332,11 +375,43 @@ bool EditorWindow::open(const Path& path)
         delete edit;
         return false;
     }
-    if (environment)
-        CodeEditPreferences::apply(*environment, *edit);
-    m_tabs->setCurrentIndex(m_tabs->addTab(edit, QString()));
-    updateTab(edit);
+    RecentFiles::add(path);
+    showEdit(edit);
     return true;
+}
+
+bool EditorWindow::open(const FilePlace& place)
+{
+    const QFileInfo info(place.path);
+    if (!info.exists() && info.dir().exists()) {
+        CodeEdit* edit = addEdit();
+        edit->editor().setText(QString());
+        edit->startAs(Path(info.absoluteFilePath()));
+        showEdit(edit);
+        showMessage(tr("%1 is a new file").arg(info.fileName()));
+        return true;
+    }
+    if (!open(Path(info.absoluteFilePath())))
+        return false;
+    if (place.line > 0)
+        current()->editor().setCaretPosition({place.line - 1, place.column - 1});
+    return true;
+}
+
+void EditorWindow::reload(const QString& encoding)
+{
+    CodeEdit* const edit = current();
+    if (!edit)
+        return;
+    if (edit->modified()
+        && QMessageBox::question(
+               this, QApplication::applicationName(),
+               tr("Do you want to load %1 again and lose your changes?").arg(edit->fileName()))
+            != QMessageBox::Yes)
+        return;
+    const QCodeBufferPosition caret = edit->editor().caret();
+    if (edit->editor().load(edit->editor().filename(), encoding))
+        edit->editor().setCaretPosition(caret);
 }
 
 void EditorWindow::openByDialog()
@@ -439,10 +514,48 @@ void EditorWindow::findInFiles()
 
 void EditorWindow::closeEvent(QCloseEvent* event)
 {
-    if (closeAll(false, nullptr))
-        event->accept();
-    else
-        event->ignore();
+    event->setAccepted(closeAll(false, nullptr));
+    if (PropertyValue* geometry = geometrySetting(); geometry && event->isAccepted())
+        geometry->setValue(QString::fromLatin1(saveGeometry().toBase64()));
+}
+
+/// The middle button closes a tab.
+bool EditorWindow::eventFilter(QObject* object, QEvent* event)
+{
+    if (object == m_tabs->tabBar() && event->type() == QEvent::MouseButtonRelease) {
+        const auto* mouse = static_cast<QMouseEvent*>(event);
+        const int tab = m_tabs->tabBar()->tabAt(mouse->position().toPoint());
+        if (mouse->button() == Qt::MiddleButton && tab >= 0) {
+            closeTab(tab);
+            return true;
+        }
+    }
+    return QMainWindow::eventFilter(object, event);
+}
+
+void EditorWindow::showTabMenu(QPoint point)
+{
+    const int tab = m_tabs->tabBar()->tabAt(point);
+    if (tab < 0)
+        return;
+    m_tabs->setCurrentIndex(tab);
+    QMenu menu(this);
+    guiBuilder->populate(&menu, u"EditorTabMenu"_s);
+    menu.exec(m_tabs->tabBar()->mapToGlobal(point));
+}
+
+void EditorWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+}
+
+void EditorWindow::dropEvent(QDropEvent* event)
+{
+    event->acceptProposedAction();
+    for (const QUrl& url : event->mimeData()->urls())
+        if (url.isLocalFile())
+            open(Path(url.toLocalFile()));
 }
 
 void EditorWindow::changeEvent(QEvent* event)

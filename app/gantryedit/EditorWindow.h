@@ -9,6 +9,8 @@
 class Actions;
 class BenchAction;
 class CodeEdit;
+class EnvironmentSettings;
+struct FilePlace;
 class CodeEditFindDialog;
 class FindFilesDialog;
 class FindWindow;
@@ -24,19 +26,30 @@ public:
 
     /// The tab that shows the file. False, with a message shown, if it can't be read.
     bool open(const Path& path);
+    /// The same; a file that doesn't exist yet is an empty text that is saved there.
+    bool open(const FilePlace& place);
+    /// Reads the current file again in another encoding. Asks if changes would get lost.
+    void reload(const QString& encoding);
     void newDocument();
     CodeEdit* current() const;
     CodeEdit* at(int index) const;
     QTabWidget* tabs() const { return m_tabs; }
+    /// What the settings remember of the window.
+    static void createEntries(EnvironmentSettings& settings);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void makeConnections();
     void connectCommand(BenchAction* action, EditCommand command);
     CodeEdit* addEdit();
+    void showEdit(CodeEdit* edit);
+    void showTabMenu(QPoint point);
     bool closeTab(int index);
     bool closeAll(bool uneditedOnly, const CodeEdit* except);
     bool saveAll();

@@ -1,4 +1,4 @@
-#include "SearchResults.h"
+#include "app/gantryedit/SearchResults.h"
 
 #include "build/log/BuildLogModel.h"
 

@@ -1,5 +1,6 @@
-#include "../../app/gantryedit/EditorWindow.h"
-#include "../../app/gantryedit/SearchResults.h"
+#include "app/gantryedit/EditorWindow.h"
+#include "app/gantryedit/FilePlace.h"
+#include "app/gantryedit/SearchResults.h"
 
 #include "editor/commands/IndentSettings.h"
 #include "editor/widget/CodeEdit.h"
@@ -10,17 +11,21 @@
 #include "shell/dialogs/FindFilesDialog.h"
 
 #include <QApplication>
+#include <QDropEvent>
 #include <QFile>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -40,6 +45,7 @@ protected:
         m_settings.init(path(u"maker.xml"_s), path(u"product.xml"_s));
         m_settings.createEntries();
         IndentSettings::createEntries(m_settings);
+        EditorWindow::createEntries(m_settings);
         environment = &m_settings;
         CodeEditPreferences::applyToAll(m_settings);
         m_actions = std::make_unique<Actions>();
@@ -80,6 +86,28 @@ protected:
                 if (candidate->text() == button)
                     candidate->click();
         });
+    }
+    /// Chooses an entry of a menu that is filled when it is shown.
+    void choose(const QString& menuName, const QString& text)
+    {
+        auto* menu = m_window->findChild<QMenu*>(menuName);
+        ASSERT_TRUE(menu) << menuName.toStdString();
+        emit menu->aboutToShow();
+        for (QAction* entry : menu->actions())
+            if (entry->text().remove(u'&') == text)
+                entry->trigger();
+        emit menu->aboutToHide();
+    }
+    QString checkedEntry(const QString& menuName) const
+    {
+        auto* menu = m_window->findChild<QMenu*>(menuName);
+        emit menu->aboutToShow();
+        QString text;
+        for (QAction* entry : menu->actions())
+            if (entry->isChecked())
+                text = entry->text().remove(u'&');
+        emit menu->aboutToHide();
+        return text;
     }
     QStringList statusTexts() const
     {
@@ -186,6 +214,107 @@ TEST_F(EditorWindowTest, SettingsTakeEffectAtOnce)
     EXPECT_TRUE(CodeEdit::colorScheme().isDark());
     m_settings.colorScheme->setPropertyValue(u"Gantry Standard"_s);
     EXPECT_FALSE(CodeEdit::colorScheme().isDark());
+}
+
+TEST_F(EditorWindowTest, MenusChooseLanguageEncodingAndLineEnds)
+{
+    m_window->open(Path(path(u"one.c"_s)));
+    EXPECT_EQ(checkedEntry(u"SyntaxHighlightingMenu"_s), u"C/C++"_s);
+    choose(u"SyntaxHighlightingMenu"_s, u"Forth"_s);
+    EXPECT_TRUE(statusTexts().contains(u"Forth"_s));
+    choose(u"SyntaxHighlightingMenu"_s, u"None"_s);
+    EXPECT_TRUE(statusTexts().contains(u"Text"_s));
+    EXPECT_FALSE(m_window->current()->modified());
+
+    EXPECT_EQ(checkedEntry(u"LineEndingsMenu"_s), u"LF (Unix)"_s);
+    choose(u"LineEndingsMenu"_s, u"CR LF (Windows)"_s);
+    EXPECT_EQ(m_window->tabs()->tabText(0), u"one.c *"_s) << "the file would be another";
+    actions->activate(u"FileSave"_s);
+    EXPECT_EQ(read(u"one.c"_s), "int one;\r\n");
+    EXPECT_EQ(m_window->tabs()->tabText(0), u"one.c"_s);
+
+    choose(u"SaveEncodingMenu"_s, u"UTF-16"_s);
+    EXPECT_TRUE(m_window->current()->modified());
+    actions->activate(u"FileSave"_s);
+    EXPECT_TRUE(read(u"one.c"_s).startsWith(QByteArray("\xFF\xFEi\0n\0t\0", 8)));
+    // The mark tells it again.
+    actions->activate(u"FileClose"_s);
+    m_window->open(Path(path(u"one.c"_s)));
+    EXPECT_EQ(m_window->current()->editor().buffer().text(0), u"int one;"_s);
+    EXPECT_EQ(checkedEntry(u"ReloadEncodingMenu"_s), u"UTF-16"_s);
+
+    write(u"latin.c"_s, "\"\xA4\"\n");
+    answer(u"OK"_s);
+    m_window->open(Path(path(u"latin.c"_s)));
+    choose(u"ReloadEncodingMenu"_s, u"ISO-8859-15"_s);
+    EXPECT_EQ(m_window->current()->editor().buffer().text(0), u"\"\u20AC\""_s);
+    EXPECT_FALSE(m_window->current()->modified());
+}
+
+TEST_F(EditorWindowTest, MenusChooseLookAndIndentation)
+{
+    m_window->open(Path(path(u"one.c"_s)));
+    choose(u"ColorSchemeMenu"_s, u"Gantry Dark"_s);
+    EXPECT_TRUE(CodeEdit::colorScheme().isDark());
+    EXPECT_EQ(checkedEntry(u"ColorSchemeMenu"_s), u"Gantry Dark"_s);
+    choose(u"ColorSchemeMenu"_s, u"Gantry Standard"_s);
+    choose(u"LineNumbersMenu"_s, u"Off"_s);
+    const int narrow = m_window->current()->marginWidth();
+    choose(u"LineNumbersMenu"_s, u"All Lines"_s);
+    EXPECT_GT(m_window->current()->marginWidth(), narrow);
+    choose(u"IndentSizeMenu"_s, u"4"_s);
+    choose(u"UseTabsMenu"_s, u"No"_s);
+    QTest::keyClick(m_window->current(), Qt::Key_Tab);
+    EXPECT_EQ(m_window->current()->editor().buffer().text(0), u"    int one;"_s);
+    EXPECT_EQ(m_settings.findProperty(u"Text Editor/Indent/C and C++/Size"_s)->toInt(), 4);
+    EXPECT_EQ(m_settings.findProperty(u"Text Editor/Indent/Java/Size"_s)->toInt(), 2);
+}
+
+TEST_F(EditorWindowTest, CommandLinesNameLinesAndNewFiles)
+{
+    write(u"odd:3"_s, "x");
+    EXPECT_EQ(FilePlace::from(path(u"odd:3"_s)).line, 0);
+    EXPECT_EQ(FilePlace::from(u"a.c:12"_s).line, 12);
+    EXPECT_EQ(FilePlace::from(u"a.c:12:7:"_s).column, 7);
+    EXPECT_EQ(FilePlace::from(u"a.c:12:7:"_s).path, u"a.c"_s);
+    write(u"three.c"_s, "\n\n  int x;\n");
+    EXPECT_TRUE(m_window->open(FilePlace::from(path(u"three.c:3:4"_s))));
+    EXPECT_EQ(m_window->current()->editor().caret(), (QCodeBufferPosition{2, 3}));
+
+    EXPECT_TRUE(m_window->open(FilePlace::from(path(u"new.c"_s))));
+    EXPECT_TRUE(statusTexts().contains(u"C/C++"_s));
+    EXPECT_FALSE(m_window->current()->modified());
+    EXPECT_FALSE(QFile::exists(path(u"new.c"_s)));
+    QTest::keyClick(m_window->current(), Qt::Key_X);
+    actions->activate(u"FileSave"_s);
+    EXPECT_EQ(read(u"new.c"_s), "x");
+    EXPECT_EQ(m_window->tabs()->tabText(1), u"new.c"_s);
+}
+
+TEST_F(EditorWindowTest, OpensDroppedAndRecentFiles)
+{
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(path(u"one.c"_s)), QUrl::fromLocalFile(path(u"two.h"_s))});
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(m_window.get(), &enter);
+    QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(m_window.get(), &drop);
+    EXPECT_EQ(m_window->tabs()->count(), 2);
+    // The middle button closes a tab.
+    QTabBar* const bar = m_window->tabs()->findChild<QTabBar*>();
+    QTest::mouseClick(bar, Qt::MiddleButton, {}, bar->tabRect(0).center());
+    ASSERT_EQ(m_window->tabs()->count(), 1);
+    EXPECT_EQ(m_window->tabs()->tabText(0), u"two.h"_s);
+
+    auto* recent = m_window->findChild<QMenu*>(u"EditorRecentMenu"_s);
+    emit recent->aboutToShow();
+    ASSERT_EQ(recent->actions().size(), 4);
+    EXPECT_EQ(recent->actions()[0]->text(), u"&1  two.h"_s);
+    recent->actions()[1]->trigger();
+    EXPECT_EQ(m_window->tabs()->count(), 2);
+    actions->activate(u"ClearFileHistory"_s);
+    emit recent->aboutToShow();
+    EXPECT_FALSE(recent->actions()[0]->isEnabled());
 }
 
 } // namespace

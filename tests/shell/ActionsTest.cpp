@@ -179,6 +179,40 @@ TEST_F(ActionsTest, ToolbarsHaveIconsThatCanBeDrawn)
     EXPECT_TRUE(warnings().isEmpty()) << warnings().join(u'\n').toStdString();
 }
 
+/// Of the pixels that aren't transparent.
+double meanLightness(const QIcon& icon, QIcon::Mode mode)
+{
+    const QImage image = icon.pixmap(24, mode).toImage();
+    double sum = 0;
+    double weight = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor color = image.pixelColor(x, y);
+            sum += color.lightnessF() * color.alphaF();
+            weight += color.alphaF();
+        }
+    }
+    return sum / weight;
+}
+
+TEST_F(ActionsTest, IconsSuitThePalette)
+{
+    const QPalette before = QApplication::palette();
+    QPalette palette(QColor(0xF0, 0xF0, 0xF0));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    QApplication::setPalette(palette);
+    const QIcon icon = m_actions->fileNewBlankFile->icon();
+    const double onLight = meanLightness(icon, QIcon::Normal);
+    EXPECT_LT(onLight, 0.5);
+    EXPECT_GT(meanLightness(icon, QIcon::Selected), 0.95);
+    palette = QPalette(QColor(0x20, 0x20, 0x20));
+    palette.setColor(QPalette::HighlightedText, Qt::black);
+    QApplication::setPalette(palette);
+    EXPECT_GT(meanLightness(icon, QIcon::Normal), 0.6);
+    EXPECT_LT(meanLightness(icon, QIcon::Selected), 0.05);
+    QApplication::setPalette(before);
+}
+
 TEST_F(ActionsTest, WarnsOfWhatIsWrongAndGoesOn)
 {
     describe(u"<define name='D'><item/><item name='NoSuch'/><item name='EditUndo,NoSuch'/>"

@@ -23,6 +23,7 @@ CodeDocument::CodeDocument(QObject* parent)
       m_encodingName(TextEncoding::Default.toString())
 {
     m_encoding = TextEncoding::forFile(m_encodingName, {});
+    m_savedState = state();
 }
 
 CodeDocument::~CodeDocument() = default;
@@ -228,15 +229,15 @@ void CodeDocument::clear()
     dropSelection();
     setCaret({0, 0});
     clearUndoRedoList();
-    m_savedRevision = 0;
+    m_savedState = state();
     linesChanged();
 }
 
 // Undo
 
-qint64 CodeDocument::headRevision() const
+CodeDocument::State CodeDocument::state() const
 {
-    return m_undo.isEmpty() ? 0 : m_undo.head()->revision();
+    return {m_undo.isEmpty() ? 0 : m_undo.head()->revision(), m_lineEnding, m_encodingName};
 }
 
 void CodeDocument::undo()
@@ -299,7 +300,7 @@ void CodeDocument::clearUndoRedoList()
 
 void CodeDocument::resetModified()
 {
-    m_savedRevision = headRevision();
+    m_savedState = state();
     emit modStateChanged();
 }
 

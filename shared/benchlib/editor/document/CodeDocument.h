@@ -107,8 +107,8 @@ public:
     void clearUndoList() { m_undo.clear(); }
     void clearRedoList() { m_redo.clear(); }
     void clearUndoRedoList();
-    /// Whether the text differs from what was last loaded or saved.
-    bool modified() const { return headRevision() != m_savedRevision; }
+    /// Whether the text differs from what was last loaded or saved, or would be written otherwise.
+    bool modified() const { return state() != m_savedState; }
     void resetModified();
     static UndoMode undoMode() { return s_undoMode; }
     static void setUndoMode(UndoMode mode) { s_undoMode = mode; }
@@ -124,9 +124,10 @@ public:
     bool isNamed() const { return m_named; }
     virtual void setFilename(const Path& path, bool named);
     LineEnding lineEnding() const { return m_lineEnding; }
-    void setLineEnding(LineEnding ending) { m_lineEnding = ending; }
+    void setLineEnding(LineEnding ending);
     /// "Default" for that of the user.
     const QString& encoding() const { return m_encodingName; }
+    /// What the file is to be written in.
     void setEncoding(const QString& name);
 
     ModState modState() const { return m_modState; }
@@ -199,7 +200,14 @@ protected:
 private:
     enum class Saving { Failed, Written, Elsewhere };
 
-    qint64 headRevision() const;
+    /// What a file is made of.
+    struct State {
+        qint64 revision = 0; ///< of the text
+        LineEnding lineEnding = LineEnding::LF;
+        QString encoding;
+        bool operator==(const State&) const = default;
+    };
+    State state() const;
     void record(std::unique_ptr<CodeEditAction> action);
     void replay(UndoStack& from, UndoStack& to, bool undo);
     void replayAll(UndoStack& from, UndoStack& to, bool undo, const QString& text);
@@ -233,7 +241,7 @@ private:
     UndoStack m_undo;
     UndoStack m_redo;
     qint64 m_lastRevision = 0;
-    qint64 m_savedRevision = 0;
+    State m_savedState;
 
     Path m_filename;
     bool m_named = false;

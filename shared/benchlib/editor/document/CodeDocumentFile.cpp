@@ -23,7 +23,14 @@ QString backupName(const QString& path, int number)
 void CodeDocument::setEncoding(const QString& name)
 {
     m_encodingName = name.isEmpty() ? TextEncoding::Default.toString() : name;
-    m_encoding = TextEncoding::forFile(m_encodingName, {});
+    m_encoding = TextEncoding::named(m_encodingName);
+    emit modStateChanged();
+}
+
+void CodeDocument::setLineEnding(LineEnding ending)
+{
+    m_lineEnding = ending;
+    emit modStateChanged();
 }
 
 void CodeDocument::refreshModState()
@@ -73,9 +80,9 @@ bool CodeDocument::load(const Path& path)
     setModState(path.writable() ? ModState::Writable : ModState::ReadOnly, true);
     if (binary)
         setModState(ModState::Locked, true);
-    clear();
     bool consistent = true;
     m_lineEnding = lineEndingOf(text, consistent);
+    clear();
     m_buffer.adopt(text);
     if (!consistent)
         m_prompts->ask(u"This file %1 has inconsistent line endings; all line endings have been "

@@ -50,6 +50,37 @@ TextEncoding TextEncoding::forFile(const QString& name, QByteArrayView firstByte
     return result;
 }
 
+TextEncoding TextEncoding::named(const QString& name)
+{
+    TextEncoding result = forFile(name, {});
+    if (result.m_codec && result.m_codec == QTextCodec::codecForName("UTF-16"))
+        result = forFile(name, Marks[1].bytes);
+    return result;
+}
+
+const QStringList& TextEncoding::commonNames()
+{
+    static const QStringList names = [] {
+        QStringList result{Default.toString()};
+        for (const char* name :
+             {"UTF-8", "UTF-16", "ISO-8859-1", "ISO-8859-15", "windows-1252", "windows-1250",
+              "windows-1251", "KOI8-R", "Shift_JIS", "EUC-JP", "GB18030", "Big5", "EUC-KR"})
+            if (QTextCodec::codecForName(name))
+                result.append(QString::fromLatin1(name));
+        return result;
+    }();
+    return names;
+}
+
+QString TextEncoding::commonName(const QString& name)
+{
+    const QTextCodec* const codec = QTextCodec::codecForName(name.toLatin1());
+    for (const QString& common : commonNames())
+        if (codec && common != Default && QTextCodec::codecForName(common.toLatin1()) == codec)
+            return common;
+    return name;
+}
+
 QString TextEncoding::decode(QByteArrayView bytes, bool& lossless) const
 {
     if (bytes.startsWith(m_mark))

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 class QTextCodec;
 
@@ -13,6 +14,13 @@ public:
     /// Of that name, or the user's own if there is none; `Default` by the first bytes of a file,
     /// whose byte order mark is remembered and written again.
     static TextEncoding forFile(const QString& name, QByteArrayView firstBytes);
+    /// For writing. 16-bit ones get a byte order mark, without which nobody could tell them.
+    static TextEncoding named(const QString& name);
+
+    /// `Default` and the names of encodings that source files are often in, for a menu.
+    static const QStringList& commonNames();
+    /// What that list calls an encoding; the name itself if it isn't there.
+    static QString commonName(const QString& name);
 
     /// False if there is no codec at all.
     bool isValid() const { return m_codec != nullptr; }

@@ -87,6 +87,12 @@ bool CodeEdit::load(const Path& path)
     return true;
 }
 
+void CodeEdit::startAs(const Path& path)
+{
+    m_editor.setFilename(path, true);
+    useLanguageOfFile();
+}
+
 void CodeEdit::useLanguageOfFile()
 {
     const QString extension = m_editor.filename().extension();

@@ -58,6 +58,8 @@ public:
     void setModState(ModState state, bool force) override { m_editor.setModState(state, force); }
     void refreshModState() override { m_editor.refreshModState(); }
     bool load(const Path& path) override;
+    /// An empty text is to be saved there, and is in that file's language.
+    void startAs(const Path& path);
     bool modified() const override { return m_editor.modified(); }
     bool isReadOnly() const override { return m_editor.isReadOnly(); }
     bool canEdit() const override { return m_editor.canEdit(); }

@@ -1,10 +1,10 @@
 #include "shell/actions/BenchAction.h"
 
 #include "projects/settings/EnvironmentSettings.h"
+#include "shell/actions/ActionIcon.h"
 #include "shell/actions/GUIBuilder.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QIcon>
 #include <QMenu>
 #include <QThread>
@@ -38,9 +38,7 @@ void BenchAction::initText(const QString& name)
     setStatusTip(message(u".tip"));
     setAccel(QKeySequence::fromString(message(u".key")));
     setSecondaryAccel(QKeySequence::fromString(message(u".alt")));
-    const QString icon = u":/icons/"_s + name + u".svg"_s;
-    if (QFile::exists(icon))
-        setIcon(QIcon(icon));
+    setIcon(actionIcon(name));
 }
 
 void BenchAction::setMenuText(const QString& text)

@@ -1,10 +1,10 @@
 #include "shell/actions/GUIBuilder.h"
 
 #include "projects/settings/EnvironmentSettings.h"
+#include "shell/actions/ActionIcon.h"
 #include "shell/actions/Actions.h"
 #include "shell/actions/WidgetStrip.h"
 
-#include <QIcon>
 #include <QMenu>
 #include <QMenuBar>
 #include <QToolBar>
@@ -248,7 +248,7 @@ void GUIBuilder::addOption(QWidget* widget, const QDomElement& element)
     auto* action = new DropdownAction(QString(), widget);
     action->setPlainText(u"Options"_s);
     action->setMenuText(u"Options"_s);
-    action->setIcon(QIcon(u":/icons/reveal.svg"_s));
+    action->setIcon(actionIcon(u"reveal"_s));
     auto* menu = new QMenu(widget);
     action->setMenu(menu);
     iterateAndPopulate(menu, element);

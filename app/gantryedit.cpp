@@ -1,6 +1,7 @@
 // gantryedit FILE...: the editor by itself.
 
-#include "EditorWindow.h"
+#include "app/gantryedit/EditorWindow.h"
+#include "app/gantryedit/FilePlace.h"
 
 #include "base/QTx.h"
 #include "base/TargetConstants.h"
@@ -9,10 +10,10 @@
 #include "projects/settings/GantryBenchEnvironmentSettings.h"
 #include "shell/actions/Actions.h"
 #include "shell/actions/GUIBuilder.h"
+#include "shell/actions/MenuStyle.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QDir>
 #include <QMessageBox>
 
 #include <cstdio>
@@ -30,6 +31,7 @@ void initSettings(EnvironmentSettings& settings)
                       + u"/settings.xml"_s);
     settings.createEntries();
     IndentSettings::createEntries(settings);
+    EditorWindow::createEntries(settings);
     environment = &settings;
 }
 
@@ -40,11 +42,13 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     QApplication::setApplicationName(u"GantryBench Editor"_s);
     QApplication::setApplicationVersion(QStringLiteral(GANTRY_VERSION));
+    QApplication::setStyle(new MenuStyle);
     QCommandLineParser options;
     options.setApplicationDescription(u"Edits source files."_s);
     options.addHelpOption();
     options.addVersionOption();
-    options.addPositionalArgument(u"FILE"_s, u"The files to open."_s, u"[FILE...]"_s);
+    options.addPositionalArgument(u"FILE"_s, u"The files to open; FILE:LINE goes to a line."_s,
+                                  u"[FILE...]"_s);
     options.process(application);
 
     GUIBuilder builder;
@@ -64,7 +68,7 @@ int main(int argc, char** argv)
     EditorWindow window;
     window.show();
     for (const QString& file : options.positionalArguments())
-        window.open(Path(file).absolute(QDir::currentPath()));
+        window.open(FilePlace::from(file));
     if (options.positionalArguments().isEmpty())
         window.newDocument();
     const int status = QApplication::exec();
