@@ -189,6 +189,8 @@ TEST(OtherParsers, StyleTheirLanguages)
                  {
                      {u"procedure run;"_s, u"KKKKKKKKK....O"_s},
                      {u"x (1) $0F"_s, u"FFOLO.LLL"_s},
+                     {u"$0F AB; AB"_s, u"LLL.LLO..."_s},
+                     {u"wait 100 cycles"_s, u"KKKK.LLL.KKKKKK"_s},
                      {u"print \"a' b\" ' c"_s, u"KKKKK.LLLLLL.CCC"_s},
                  });
     expectStyles(parserFor("vhd"),
