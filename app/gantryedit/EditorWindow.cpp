@@ -515,6 +515,11 @@ void EditorWindow::findInFiles()
 void EditorWindow::closeEvent(QCloseEvent* event)
 {
     event->setAccepted(closeAll(false, nullptr));
+    // Searches run below this event.
+    if (event->isAccepted() && m_findFiles)
+        m_findFiles->close();
+    if (event->isAccepted() && m_findWindow)
+        m_findWindow->stop();
     if (PropertyValue* geometry = geometrySetting(); geometry && event->isAccepted())
         geometry->setValue(QString::fromLatin1(saveGeometry().toBase64()));
 }
@@ -568,6 +573,7 @@ void EditorWindow::changeEvent(QEvent* event)
 /// Another program may have written the file while this one wasn't looked at.
 void EditorWindow::checkDiskState(CodeEdit* edit)
 {
+    edit->refreshModState();
     if (m_checkingDisk || !edit->editor().changedOnDisk())
         return;
     m_checkingDisk = true;

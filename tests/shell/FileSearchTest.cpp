@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -137,6 +138,21 @@ TEST_F(FileSearchTest, TheWindowReplacesInFilesAndInOpenEditors)
     for (QComboBox* combo : window.findChildren<QComboBox*>())
         if (combo->currentText().isEmpty())
             combo->setEditText(u"start"_s);
+    QString question;
+    const auto answer = [&question](QMessageBox::StandardButton button) {
+        QTimer::singleShot(0, [&question, button] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            ASSERT_TRUE(box);
+            question = box->text();
+            box->button(button)->click();
+        });
+    };
+    answer(QMessageBox::No);
+    window.replaceAll();
+    EXPECT_TRUE(question.startsWith(u"Do you want to replace 6 occurrences in "))
+        << question.toStdString();
+    EXPECT_EQ(summary, u"6 occurrences have been found"_s);
+    answer(QMessageBox::Yes);
     window.replaceAll();
     EXPECT_EQ(summary, u"6 occurrences have been replaced."_s);
     // What is open is changed there, and not yet saved.

@@ -277,6 +277,12 @@ TEST_F(CodeEditTest, KeysOfNoUseGoOn)
                         Qt::AltModifier | Qt::ControlModifier);
     key(Qt::Key_Space, Qt::ShiftModifier | Qt::ControlModifier);
     EXPECT_EQ(textOf(editor()), u"@\u00b7a"_s);
+    QSignalSpy help(&m_edit, &CodeEdit::help);
+    editor().setText(u"one two"_s);
+    editor().setCaretPosition({0, 5});
+    key(Qt::Key_F1);
+    ASSERT_EQ(help.size(), 1);
+    EXPECT_EQ(help[0][0].toString(), u"two"_s);
 }
 
 TEST_F(CodeEditTest, AnArgumentRepeatsTheNextMotion)
@@ -400,6 +406,8 @@ TEST_F(CodeEditTest, TheMarginWidensWithTheNumberOfLines)
 
 TEST_F(CodeEditTest, ScrollBarsAndTheViewAgree)
 {
+    editor().setText(u"one\ntwo"_s);
+    EXPECT_EQ(m_edit.verticalScrollBar()->maximum(), 0) << "there is nothing to scroll to";
     editor().setText(QString(u"line\n"_s).repeated(500) + QString(u'x').repeated(400));
     key(Qt::Key_End, Qt::ControlModifier);
     EXPECT_EQ(m_edit.verticalScrollBar()->value(), editor().topLine());

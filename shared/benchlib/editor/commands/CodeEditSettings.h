@@ -38,6 +38,9 @@ struct CodeEditSettings {
     bool marginsEnabled = false;
     int topMargin = 5;
     int bottomMargin = 5;
+    /// How far the view goes beyond the caret when that leaves it sideways, in columns.
+    int leftMargin = 10;
+    int rightMargin = 10;
 
     enum class MateMatching { Never = 0, Typing = 1, Always = 2 };
     MateMatching mateMatching = MateMatching::Always;

@@ -6,8 +6,6 @@
 
 namespace {
 
-/// How far the view goes beyond the caret when that leaves it sideways, in columns.
-constexpr int SidewaysSlack = 10;
 /// A fence needs some room between its two sides.
 constexpr int LeastLinesForFence = 12;
 
@@ -68,9 +66,9 @@ void CodeEditor::ensureCaretVisible(QCodeBufferPosition caretBefore, unsigned& f
     const int column = m_caretMeasure ? static_cast<int>(m_caretMeasure()) : screenColumn(caret());
     const int left = m_leftColumn;
     if (column < m_leftColumn)
-        m_leftColumn = std::max(0, column - SidewaysSlack);
+        m_leftColumn = std::max(0, column - m_settings.leftMargin);
     else if (column >= m_leftColumn + m_visibleColumns)
-        m_leftColumn = column - m_visibleColumns + SidewaysSlack;
+        m_leftColumn = column - m_visibleColumns + m_settings.rightMargin;
     if (left != m_leftColumn || top != m_topLine) {
         flags |= Repaint | LinesChanged;
         emit scrolled();

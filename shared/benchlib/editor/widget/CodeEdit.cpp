@@ -48,7 +48,7 @@ CodeEdit::CodeEdit(QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_InputMethodEnabled);
     setFrameShape(QFrame::NoFrame);
-    viewport()->setCursor(Qt::IBeamCursor);
+    viewport()->setCursor(m_pointerShape);
     viewport()->setMouseTracking(true);
     viewport()->setAutoFillBackground(false);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
@@ -275,6 +275,12 @@ void CodeEdit::setMouseBehaviour(bool dragDrop, bool copyOnSelect, bool pasteOnM
     m_pasteOnMiddle = pasteOnMiddle;
 }
 
+void CodeEdit::setPointerShape(Qt::CursorShape shape)
+{
+    m_pointerShape = shape;
+    viewport()->setCursor(shape);
+}
+
 // Scrolling
 
 void CodeEdit::updateVisibleSize()
@@ -297,7 +303,9 @@ void CodeEdit::updateScrollBars()
         m_longestColumns = std::max(m_longestColumns,
                                     m_editor.screenColumn({line, m_editor.buffer().length(line)}));
     QScrollBar& vertical = *verticalScrollBar();
-    vertical.setRange(0, std::max(0, m_editor.count() - 1));
+    // A text that is seen as a whole has nowhere to go.
+    const bool fits = top == 0 && m_editor.count() <= m_editor.visibleLines();
+    vertical.setRange(0, fits ? 0 : std::max(0, m_editor.count() - 1));
     vertical.setPageStep(std::max(1, m_editor.visibleLines() - 1));
     vertical.setValue(top);
     QScrollBar& horizontal = *horizontalScrollBar();

@@ -104,6 +104,8 @@ public:
     /// Whether diagnostics pop up, and in bold.
     void setDiagnostics(bool shown, bool bold);
     void setMouseBehaviour(bool dragDrop, bool copyOnSelect, bool pasteOnMiddle);
+    /// Of the pointer over the text.
+    void setPointerShape(Qt::CursorShape shape);
 
     KeyMap& keyMap() { return m_keyMap; }
     /// The matches of that search are shown; none for one that isn't valid.
@@ -137,6 +139,7 @@ signals:
     /// receiver answers at once by appendClientTooltip.
     void dataTipRequested(CodeEdit* edit, int line, const QString& word);
     void marginTipRequested(CodeEdit* edit, int line);
+    /// The user wants to know of the word at the caret.
     void help(const QString& word);
     /// Commands that more than the editor is needed for.
     void commandRequested(EditCommand command);
@@ -228,6 +231,7 @@ private:
     bool m_highlightCaretLine = false;
     int m_insertCaret = VerticalCaret | BlinkingCaret;
     int m_overwriteCaret = BlockCaret | BlinkingCaret;
+    Qt::CursorShape m_pointerShape = Qt::IBeamCursor;
     bool m_dragDrop = true;
     bool m_copyOnSelect = false;
     bool m_pasteOnMiddle = true;

@@ -53,6 +53,10 @@ void CodeEdit::keyPressEvent(QKeyEvent* event)
         event->accept();
         return;
     }
+    if (event->key() == Qt::Key_F1 && event->modifiers() == Qt::NoModifier) {
+        emit help(m_editor.wordUnder(m_editor.caret()));
+        return;
+    }
     const bool digit = event->key() >= Qt::Key_0 && event->key() <= Qt::Key_9;
     if (digit && m_editor.hasArgument() && m_editor.enterArgumentDigit(event->key() - Qt::Key_0))
         return;
@@ -215,7 +219,7 @@ void CodeEdit::beginMouseSelection(MouseMode mode)
 void CodeEdit::mouseMoveEvent(QMouseEvent* event)
 {
     const bool overMargin = event->position().x() < marginWidth();
-    viewport()->setCursor(overMargin ? Qt::ArrowCursor : Qt::IBeamCursor);
+    viewport()->setCursor(overMargin ? Qt::ArrowCursor : m_pointerShape);
     if (m_dragPending) {
         if ((event->position() - m_mousePoint).manhattanLength()
             >= QApplication::startDragDistance())

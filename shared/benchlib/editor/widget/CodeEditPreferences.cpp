@@ -54,6 +54,8 @@ void CodeEditPreferences::apply(const EnvironmentSettings& settings, CodeEdit& e
     values.cleanupTabsOnSave =
         static_cast<CodeEditSettings::TabCleanup>(settings.cleanupTabsOnSave->toInt());
     values.marginsEnabled = settings.marginsEnabled->toBool();
+    values.leftMargin = settings.marginsLeft->toInt();
+    values.rightMargin = settings.marginsRight->toInt();
     values.topMargin = settings.marginsTop->toInt();
     values.bottomMargin = settings.marginsBottom->toInt();
     values.mateMatching =
@@ -71,6 +73,11 @@ void CodeEditPreferences::apply(const EnvironmentSettings& settings, CodeEdit& e
     edit.setHighlightCaretLine(settings.highlightCursorLine->toBool());
     edit.setDiagnostics(settings.enablePopupDiagnostics->toBool(),
                         settings.boldPopupDiagnostics->toBool());
+    edit.setPointerShape(settings.ibeamCursor->toBool() ? Qt::IBeamCursor : Qt::ArrowCursor);
+    // The settings have their choices in the order of Qt's.
+    edit.setHorizontalScrollBarPolicy(
+        static_cast<Qt::ScrollBarPolicy>(settings.hScrollBar->toInt()));
+    edit.setVerticalScrollBarPolicy(static_cast<Qt::ScrollBarPolicy>(settings.vScrollBar->toInt()));
     edit.setMouseBehaviour(settings.dragDropEditing->toBool(), settings.copyOnMouseSelect->toBool(),
                            settings.pasteOnMouseMiddleButton->toBool());
 }

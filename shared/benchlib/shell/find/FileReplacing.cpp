@@ -21,8 +21,10 @@ FileReplacing::Result FileReplacing::run(const FileSearch& search, const QString
                                          const OpenEditor& openEditor)
 {
     Result result;
-    const FileSearch::Request& request = search.request();
-    for (const QString& path : search.files()) {
+    // A copy: while events are handled, someone may search again.
+    const FileSearch::Request request = search.request();
+    const QStringList files = search.files();
+    for (const QString& path : files) {
         CodeEditor* const open = openEditor ? openEditor(path) : nullptr;
         CodeEditor loaded;
         CodeEditor& editor = open ? *open : loaded;

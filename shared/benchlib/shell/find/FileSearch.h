@@ -31,7 +31,8 @@ public:
     Outcome run(const Request& request);
     void stop() { m_stopped = true; }
     int found() const { return m_found; }
-    /// Of the last run.
+    // Of the last run.
+    Outcome outcome() const { return m_outcome; }
     const Request& request() const { return m_request; }
     /// The files with hits of the last run.
     const QStringList& files() const { return m_files; }

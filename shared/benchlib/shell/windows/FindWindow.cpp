@@ -10,6 +10,7 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QToolButton>
 
@@ -31,6 +32,11 @@ QComboBox* makeCombo(QWidget* parent, const PropertyValue* history)
         combo->addItems(history->toStringList());
     combo->setEditText({});
     return combo;
+}
+
+QString counted(qsizetype count, const QString& what)
+{
+    return count == 1 ? u"1 "_s + what : QString::number(count) + u' ' + what + u's';
 }
 
 } // namespace
@@ -258,10 +264,16 @@ void FindWindow::endFind(const QString& summary)
     emit searchFinished(summary);
 }
 
-void FindWindow::findNext()
+void FindWindow::stop()
 {
     if (m_running)
         m_fileSearch.stop();
+}
+
+void FindWindow::findNext()
+{
+    if (m_running)
+        stop();
     else if (m_find->isEnabled())
         doFind(m_text->currentText());
 }
@@ -283,6 +295,14 @@ void FindWindow::replaceAll()
         return;
     }
     doFind(last.text);
+    if (m_fileSearch.outcome() != FileSearch::Outcome::Done || m_fileSearch.found() == 0)
+        return;
+    const QString question =
+        tr("Do you want to replace %1 in %2?\n\nFiles that aren't open are saved at once.")
+            .arg(counted(m_fileSearch.found(), u"occurrence"_s),
+                 counted(m_fileSearch.files().size(), u"file"_s));
+    if (QMessageBox::question(this, windowTitle(), question) != QMessageBox::Yes)
+        return;
     const FileReplacing::Result result =
         FileReplacing::run(m_fileSearch, last.replacement, m_openEditor);
     m_status->setText(result.summary());

@@ -37,7 +37,10 @@ public:
     void doFind(const QString& text);
     void findNext();
     void replaceNext();
+    /// In files after a question: what is saved can't be undone.
     void replaceAll();
+    /// Ends a search through files.
+    void stop();
 
 signals:
     /// Around a search through files.
