@@ -99,7 +99,7 @@ IRSCAN 8, $FF;
 IF (x == 1) THEN EXIT 0;
 ENDPROC;
 ''',
-    "disassembly.txt": "Plain text has no colours.\n",
+    "plain.txt": "Plain text has no colours.\n",
 }
 
 UNICODE = (

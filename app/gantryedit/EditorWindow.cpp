@@ -256,7 +256,7 @@ void EditorWindow::makeConnections()
         findWindow()->setMode(FindWindow::Mode::ReplaceInFiles);
         if (current() && current()->editor().isNamed())
             findWindow()->setFolder(QFileInfo(current()->fileName()).path());
-        findWindow()->show();
+        findWindow()->start();
     });
     on(::actions->editLocateNext, [this] { m_results->locate(1); });
     on(::actions->editLocatePrev, [this] { m_results->locate(-1); });
@@ -452,7 +452,7 @@ void EditorWindow::showFind(bool replacing)
 {
     if (environment && environment->useFindAndReplaceWindow->toBool()) {
         findWindow()->setMode(replacing ? FindWindow::Mode::Replace : FindWindow::Mode::Find);
-        findWindow()->show();
+        findWindow()->start();
         return;
     }
     if (!m_find)

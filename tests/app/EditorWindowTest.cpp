@@ -9,11 +9,14 @@
 #include "shell/actions/Actions.h"
 #include "shell/actions/GUIBuilder.h"
 #include "shell/dialogs/FindFilesDialog.h"
+#include "shell/windows/FindWindow.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDropEvent>
 #include <QFile>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
@@ -203,6 +206,18 @@ TEST_F(EditorWindowTest, LeadsFromSearchResultsToLines)
     actions->activate(u"EditLocateNext"_s);
     EXPECT_EQ(m_window->current()->fileName(), path(u"three.c"_s));
     EXPECT_EQ(m_window->current()->editor().caret(), (QCodeBufferPosition{2, 6}));
+}
+
+TEST_F(EditorWindowTest, TheFindWindowAwaitsAText)
+{
+    write(u"word.c"_s, "word\n");
+    m_window->open(Path(path(u"word.c"_s)));
+    actions->activate(u"ToolReplaceInFiles"_s);
+    auto* find = m_window->findChild<FindWindow*>();
+    ASSERT_TRUE(find && find->isVisible());
+    auto* field = qobject_cast<QComboBox*>(m_window->focusWidget());
+    ASSERT_TRUE(field);
+    EXPECT_EQ(field->lineEdit()->selectedText(), u"word"_s);
 }
 
 TEST_F(EditorWindowTest, SettingsTakeEffectAtOnce)

@@ -163,9 +163,12 @@ void FindWindow::setEdit(CodeEdit* edit)
     updateButtons();
 }
 
-void FindWindow::setText(const QString& text)
+void FindWindow::setText(const QString& text) { m_text->setEditText(text); }
+
+void FindWindow::start()
 {
-    m_text->setEditText(text);
+    show();
+    raise();
     m_text->lineEdit()->selectAll();
     m_text->setFocus();
 }

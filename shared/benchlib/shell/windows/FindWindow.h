@@ -29,6 +29,8 @@ public:
     /// The active document; null for none.
     void setEdit(CodeEdit* edit);
     void setText(const QString& text);
+    /// Shows the window, ready for a text to be typed.
+    void start();
     void setFolder(const QString& folder);
     /// How replacing in files finds what is open.
     void setOpenEditors(const FileReplacing::OpenEditor& openEditor) { m_openEditor = openEditor; }
