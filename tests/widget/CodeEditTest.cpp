@@ -5,7 +5,7 @@
 #include "editor/commands/IndentSettings.h"
 #include "editor/commands/MacroRecorder.h"
 #include "editor/find/CodeEditFindDialog.h"
-#include "editor/find/CodeEditFindIncrementalDialog.h"
+#include "editor/widget/CodeEditFindIncrementalDialog.h"
 #include "editor/parsers/LanguageRegistry.h"
 #include "editor/widget/CodeEdit.h"
 #include "editor/widget/CodeEditPreferences.h"

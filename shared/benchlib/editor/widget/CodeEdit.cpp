@@ -1,7 +1,7 @@
 #include "editor/widget/CodeEdit.h"
 
 #include "base/DiagnosticData.h"
-#include "editor/find/CodeEditFindIncrementalDialog.h"
+#include "editor/widget/CodeEditFindIncrementalDialog.h"
 #include "editor/parsers/CodeSyntaxChecker.h"
 #include "editor/parsers/LanguageRegistry.h"
 #include "editor/widget/CodeEditAccessible.h"

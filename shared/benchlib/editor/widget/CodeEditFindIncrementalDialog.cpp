@@ -1,4 +1,4 @@
-#include "editor/find/CodeEditFindIncrementalDialog.h"
+#include "editor/widget/CodeEditFindIncrementalDialog.h"
 
 #include "editor/widget/CodeEdit.h"
 
