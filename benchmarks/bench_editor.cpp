@@ -98,11 +98,27 @@ QString readAll(const QString& path)
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
+/// Sees that what is measured has been painted.
+class PaintWatch : public QObject {
+public:
+    explicit PaintWatch(QWidget& widget) { widget.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        painted |= event->type() == QEvent::Paint;
+        return false;
+    }
+    bool painted = false;
+};
+
+/// Up to the end of painting what the editor itself takes for changed.
 void press(QWidget& widget, const QString& text, QWidget& viewport)
 {
+    PaintWatch watch(viewport);
     QKeyEvent key(QEvent::KeyPress, text[0].toUpper().unicode(), {}, text);
     QCoreApplication::sendEvent(&widget, &key);
-    paint(viewport);
+    QCoreApplication::sendPostedEvents();
+    if (!watch.painted)
+        qFatal("A key press wasn't painted");
 }
 
 void typing(CodeEdit& edit, QPlainTextEdit& peer, const char* what, double share)

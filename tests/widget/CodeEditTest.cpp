@@ -5,9 +5,9 @@
 #include "editor/commands/IndentSettings.h"
 #include "editor/commands/MacroRecorder.h"
 #include "editor/find/CodeEditFindDialog.h"
-#include "editor/widget/CodeEditFindIncrementalDialog.h"
 #include "editor/parsers/LanguageRegistry.h"
 #include "editor/widget/CodeEdit.h"
+#include "editor/widget/CodeEditFindIncrementalDialog.h"
 #include "editor/widget/CodeEditPreferences.h"
 #include "editor/widget/DiagnosticPopup.h"
 #include "projects/settings/EnvironmentSettings.h"
@@ -24,6 +24,8 @@
 #include <QMimeData>
 #include <QPainter>
 #include <QPushButton>
+#include <QRandomGenerator>
+#include <QScreen>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -402,6 +404,51 @@ TEST_F(CodeEditTest, TheMarginWidensWithTheNumberOfLines)
     EXPECT_NEAR(m_edit.marginWidth() - small, digits, 2);
     m_edit.setLineNumberMode(CodeEdit::LineNumberMode::Off);
     EXPECT_LT(m_edit.marginWidth(), small);
+}
+
+// What is on the screen after each command, against the same drawn as a whole.
+TEST_F(CodeEditTest, DrawsAllThatChanges)
+{
+    m_edit.setCaretStyles(CodeEdit::VerticalCaret, CodeEdit::BlockCaret);
+    m_edit.setHighlightCaretLine(true);
+    m_edit.setLineNumberMode(CodeEdit::LineNumberMode::CurrentLine);
+    editor().setParser(languages().parserForExtension(u"c"_s));
+    CodeEditSettings settings;
+    settings.columnGuides = {20};
+    editor().setSettings(settings);
+    editor().setText(QString(u"int f(int a)\n{\n\treturn a /* b */;\n}\n"_s).repeated(20));
+    const QString typed = u"x{(\"*/ \n"_s;
+    const EditCommand commands[] = {EditCommand::charLeft,
+                                    EditCommand::lineDown,
+                                    EditCommand::lineUpExtend,
+                                    EditCommand::wordRightExtend,
+                                    EditCommand::deleteBack,
+                                    EditCommand::deleteLine,
+                                    EditCommand::undo,
+                                    EditCommand::redo,
+                                    EditCommand::bookmarkToggle,
+                                    EditCommand::pageDown,
+                                    EditCommand::documentStart,
+                                    EditCommand::selectBlock,
+                                    EditCommand::insertLineBelow,
+                                    EditCommand::overwriteToggle};
+    QRandomGenerator random(3);
+    const auto screenImage = [this] {
+        return m_edit.screen()
+            ->grabWindow(m_edit.winId())
+            .toImage()
+            .convertToFormat(QImage::Format_RGB32);
+    };
+    for (int round = 0; round < 400; ++round) {
+        if (random.bounded(2) == 0)
+            type(typed.mid(random.bounded(typed.size()), 1));
+        else
+            m_edit.execute(commands[random.bounded(int(std::size(commands)))]);
+        QCoreApplication::processEvents();
+        ASSERT_EQ(screenImage(), m_edit.grab().toImage().convertToFormat(QImage::Format_RGB32))
+            << round;
+    }
+    CodeEditor::setOverwriteMode(false);
 }
 
 TEST_F(CodeEditTest, ScrollBarsAndTheViewAgree)

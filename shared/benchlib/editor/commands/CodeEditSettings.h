@@ -45,5 +45,7 @@ struct CodeEditSettings {
     enum class MateMatching { Never = 0, Typing = 1, Always = 2 };
     MateMatching mateMatching = MateMatching::Always;
 
+    bool operator==(const CodeEditSettings&) const = default;
+
     static QList<int> columnGuidesFrom(const QString& text);
 };

@@ -28,6 +28,8 @@ bool isCapital(QChar c) { return c.isUpper() || c == u'\''; }
 
 void SpellChecker::ignore(QStringView word) { ignoredWords().insert(word.toString()); }
 
+qsizetype SpellChecker::ignoredCount() { return ignoredWords().size(); }
+
 bool SpellChecker::isIgnored(QStringView word) { return ignoredWords().contains(word.toString()); }
 
 void SpellChecker::copyWord(MarkedLine& line)

@@ -21,6 +21,7 @@ public:
     /// Words that count as right from then on, in every document.
     static void ignore(QStringView word);
     static bool isIgnored(QStringView word);
+    static qsizetype ignoredCount();
 
     /// Copies a word of letters and apostrophes, framed by marks if it is misspelled. Words all in
     /// capitals are names.

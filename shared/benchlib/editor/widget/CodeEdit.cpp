@@ -1,10 +1,10 @@
 #include "editor/widget/CodeEdit.h"
 
 #include "base/DiagnosticData.h"
-#include "editor/widget/CodeEditFindIncrementalDialog.h"
 #include "editor/parsers/CodeSyntaxChecker.h"
 #include "editor/parsers/LanguageRegistry.h"
 #include "editor/widget/CodeEditAccessible.h"
+#include "editor/widget/CodeEditFindIncrementalDialog.h"
 #include "editor/widget/CodeEditHost.h"
 #include "editor/widget/DiagnosticPopup.h"
 #include "projects/settings/EnvironmentSettings.h"
@@ -334,12 +334,9 @@ void CodeEdit::viewChanged(bool whole, int caretLineBefore)
 {
     updateScrollBars();
     clearDiagnostic();
-    if (whole || m_highlightCaretLine) {
-        viewport()->update();
-    } else {
-        repaintLine(caretLineBefore);
-        repaintLine(m_editor.caret().line);
-    }
+    if (whole)
+        repaintChanges();
+    repaintLine(caretLineBefore);
     showCaret();
     updateMicroFocus();
     tellScreenReaders();
@@ -352,6 +349,21 @@ void CodeEdit::tellScreenReaders()
         tellOfChangedText(*this);
     m_changesToTell = 0;
     tellOfCaret(*this);
+}
+
+/// Typing changes a line, and those below only if a comment or the like begins or ends there.
+void CodeEdit::repaintChanges()
+{
+    ShownLines shown(m_editor);
+    const int margin = marginWidth();
+    if (margin == m_shownMargin && shown.isComparable(m_shown)) {
+        for (const int line : shown.changedSince(m_shown))
+            repaintLine(line);
+    } else {
+        viewport()->update();
+    }
+    m_shown = std::move(shown);
+    m_shownMargin = margin;
 }
 
 void CodeEdit::repaintLine(int line)

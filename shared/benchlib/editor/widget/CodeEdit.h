@@ -7,6 +7,7 @@
 #include "editor/widget/CodeEditFonts.h"
 #include "editor/widget/Edit.h"
 #include "editor/widget/LinePainter.h"
+#include "editor/widget/ShownLines.h"
 
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
@@ -189,6 +190,7 @@ private:
     void updateScrollBars();
     void updateVisibleSize();
     void showCaret();
+    void repaintChanges();
     void repaintLine(int line);
     void viewChanged(bool whole, int caretLineBefore);
     void tellScreenReaders();
@@ -197,6 +199,7 @@ private:
     LinePainter::Look look() const;
     StyledLine styledLine(int line) const;
     bool hasPreedit(int line) const;
+    void paintPart(QPainter& painter, const QRectF& clip);
     void paintLine(QPainter& painter, int line, double y, const QRectF& clip);
     void paintMargin(QPainter& painter, int line, double y);
     void paintCaret(QPainter& painter);
@@ -252,6 +255,9 @@ private:
     QString m_preedit;
     int m_changesToTell = 0;  ///< to screen readers, in the update that is under way
     int m_longestColumns = 0; ///< of the lines that have been seen
+    /// At the last change of the view, and the margin's width then.
+    ShownLines m_shown;
+    int m_shownMargin = -1;
     bool m_updatingScrollBars = false;
 
     struct Printing {

@@ -93,20 +93,28 @@ QRectF CodeEdit::caretRectangle() const
 void CodeEdit::paintEvent(QPaintEvent* event)
 {
     QPainter painter(viewport());
-    const QRectF clip = event->rect();
+    for (const QRect& part : event->region())
+        paintPart(painter, part);
+    paintCaret(painter);
+}
+
+void CodeEdit::paintPart(QPainter& painter, const QRectF& clip)
+{
+    painter.setClipRect(clip);
     const QColor background =
         s_scheme.background.isValid() ? s_scheme.background : palette().color(QPalette::Base);
+    const QColor text = s_scheme.text(palette().color(QPalette::Text));
     painter.fillRect(clip, background);
     const int height = m_fonts.lineHeight();
     const int top = m_editor.topLine();
     const int first = top + static_cast<int>(clip.top()) / height;
-    const int last = std::min(top + static_cast<int>(clip.bottom()) / height, m_editor.count() - 1);
+    const int last = std::min(top + (static_cast<int>(std::ceil(clip.bottom())) - 1) / height,
+                              m_editor.count() - 1);
     for (int line = first; line <= last; ++line)
         paintLine(painter, line, double(line - top) * height, clip);
 
     const double margin = marginWidth() - TextGap;
     if (clip.left() < margin) {
-        const QColor text = s_scheme.text(palette().color(QPalette::Text));
         painter.fillRect(QRectF(clip.left(), clip.top(), margin - clip.left(), clip.height()),
                          blend(background, text, 0.05));
         for (int line = first; line <= last; ++line)
@@ -115,11 +123,10 @@ void CodeEdit::paintEvent(QPaintEvent* event)
     for (const int column : m_editor.settings().columnGuides) {
         const double x = textLeft() + (column - m_editor.leftColumn()) * m_fonts.characterWidth();
         if (x > textLeft()) {
-            painter.setPen(blend(background, s_scheme.text(palette().color(QPalette::Text)), 0.2));
+            painter.setPen(blend(background, text, 0.2));
             painter.drawLine(QPointF(x, clip.top()), QPointF(x, clip.bottom()));
         }
     }
-    paintCaret(painter);
 }
 
 QColor CodeEdit::lineBackground(int line) const
@@ -173,7 +180,8 @@ void CodeEdit::paintLine(QPainter& painter, int line, double y, const QRectF& cl
                                   hasPreedit(line) ? m_preedit : QString());
     const double scrolled = m_editor.leftColumn() * m_fonts.characterWidth();
     painter.save();
-    painter.setClipRect(QRectF(margin - TextGap, y, viewport()->width(), height));
+    painter.setClipRect(QRectF(margin - TextGap, y, viewport()->width(), height),
+                        Qt::IntersectClip);
     painter.translate(margin, y);
     linePainter.draw(painter, scrolled, clip.left() - margin + scrolled,
                      clip.right() - margin + scrolled, highlights(line, styled));
@@ -252,6 +260,7 @@ void CodeEdit::paintMargin(QPainter& painter, int line, double y)
 
 void CodeEdit::paintCaret(QPainter& painter)
 {
+    painter.setClipping(false);
     if (!m_caretShown || !hasFocus() || !m_preedit.isEmpty())
         return;
     const QRectF caret = caretRectangle();
