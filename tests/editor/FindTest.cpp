@@ -54,6 +54,25 @@ TEST(TextSearch, FindsMatchesOfALine)
     EXPECT_EQ(lazy.previous(u"a1b a2b", 7).start, 4);
 }
 
+TEST(TextSearch, TellsFilesThatCannotMatch)
+{
+    const auto mayMatch = [](const QString& text, FindOptions options, const char* bytes) {
+        return TextSearch(text, options).mayMatch(bytes);
+    };
+    EXPECT_TRUE(mayMatch(u"led"_s, FindOption::MatchCase, "a led."));
+    EXPECT_FALSE(mayMatch(u"led"_s, FindOption::MatchCase, "a LED."));
+    EXPECT_TRUE(mayMatch(u"led"_s, {}, "a LED."));
+    EXPECT_FALSE(mayMatch(u"led"_s, {}, "a LE D."));
+    EXPECT_TRUE(mayMatch(u"led"_s, FindOption::MatchCase, "\xC3\xA4 led"));
+    // The sign of Kelvin is a "k" when case doesn't matter, and others are in other encodings.
+    EXPECT_TRUE(mayMatch(u"kelvin"_s, {},
+                         "\xE2\x84\xAA"
+                         "elvin"));
+    EXPECT_GE(TextSearch(u"kelvin"_s, {}).next(u"\u212Aelvin", 0).start, 0);
+    EXPECT_TRUE(mayMatch(u"\u00E4"_s, FindOption::MatchCase, "a"));
+    EXPECT_TRUE(mayMatch(u"a|b"_s, FindOption::RegularExpression, "c"));
+}
+
 TEST(TextSearch, ExpandsReplacements)
 {
     const TextSearch search(u"(\\w+)=(\\w+)"_s, RegularExpression);

@@ -68,6 +68,22 @@ TextSearch::Match TextSearch::next(QStringView line, int from) const
     return {};
 }
 
+bool TextSearch::mayMatch(QByteArrayView bytes) const
+{
+    const auto isAscii = [](auto c) { return static_cast<unsigned>(c) < 0x80; };
+    if (m_regular || !std::all_of(m_text.utf16(), m_text.utf16() + m_text.size(), isAscii))
+        return true;
+    const QByteArray text = m_text.toLatin1();
+    if (m_case == Qt::CaseSensitive)
+        return bytes.contains(text);
+    // Other characters may be one with a letter of ASCII when case doesn't matter.
+    const auto isOther = [](char c) { return static_cast<unsigned char>(c) >= 0x80; };
+    if (std::any_of(bytes.begin(), bytes.end(), isOther))
+        return true;
+    return QLatin1StringView(bytes.data(), bytes.size())
+        .contains(QLatin1StringView(text), Qt::CaseInsensitive);
+}
+
 TextSearch::Match TextSearch::matchAt(QStringView line, int from) const
 {
     const QRegularExpressionMatch found = m_expression.match(

@@ -28,6 +28,10 @@ public:
     /// The last match that starts at `from` or ahead of it.
     Match previous(QStringView line, int from) const;
 
+    /// False only if nothing in a file of these bytes can match, whatever its encoding is among
+    /// those whose first 128 characters are those of ASCII. Takes far less time than decoding it.
+    bool mayMatch(QByteArrayView bytes) const;
+
     /// What a match is replaced by: in the replacement of a regular expression "\1" to "\9" stand
     /// for what its groups took, "\0" for all of it, "\n" and "\t" for a line break and a tab.
     QString expand(const QString& replacement, QStringView line, Match match) const;

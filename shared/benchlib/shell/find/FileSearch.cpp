@@ -14,6 +14,8 @@ namespace {
 
 /// Events are handled after so many lines: that is a millisecond or so.
 constexpr int LinesBetweenEvents = 4000;
+/// What opening and reading a file takes, in such lines.
+constexpr int LinesForOpening = 100;
 /// Larger files are hardly anything that one wrote.
 constexpr qint64 LargestFile = qint64(256) << 20;
 /// What of a long line is shown.
@@ -70,7 +72,7 @@ void FileSearch::findInFolder(const QDir& folder, const QStringList& filter, boo
          folder.entryInfoList(filter, QDir::Files | QDir::Hidden, QDir::Name)) {
         if (m_stopped)
             return;
-        findInFile(file.filePath());
+        findInFile(file);
     }
     if (!subfolders)
         return;
@@ -83,15 +85,28 @@ void FileSearch::findInFolder(const QDir& folder, const QStringList& filter, boo
     }
 }
 
-/// A file that can't be read is passed over, and so is one that isn't text.
-void FileSearch::findInFile(const QString& path)
+void FileSearch::worked(int lines)
 {
+    m_sinceEvents += lines;
+    if (m_sinceEvents < LinesBetweenEvents)
+        return;
+    m_sinceEvents = 0;
+    QCoreApplication::processEvents();
+}
+
+/// A file that can't be read is passed over, and so is one that isn't text.
+void FileSearch::findInFile(const QFileInfo& info)
+{
+    worked(LinesForOpening);
+    const QString path = info.filePath();
     QFile file(path);
-    if (!QFileInfo(path).isFile() || file.size() > LargestFile || !file.open(QIODevice::ReadOnly))
+    if (!info.isFile() || info.size() > LargestFile || !file.open(QIODevice::ReadOnly))
         return;
     const QByteArray bytes = file.readAll();
-    if (bytes.first(std::min<qsizetype>(bytes.size(), 8000)).contains('\0')
-        && !bytes.startsWith("\xFF\xFE") && !bytes.startsWith("\xFE\xFF"))
+    const bool is16Bit = bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF");
+    if (!is16Bit
+        && (bytes.first(std::min<qsizetype>(bytes.size(), 8000)).contains('\0')
+            || !m_search.mayMatch(bytes)))
         return;
     const TextEncoding encoding = TextEncoding::forFile(
         TextEncoding::Default.toString(), bytes.first(std::min<qsizetype>(3, bytes.size())));
@@ -104,16 +119,13 @@ void FileSearch::findInFile(const QString& path)
     int number = 0;
     for (const QStringView line : QStringView(text).tokenize(u'\n')) {
         ++number;
-        if (++m_sinceEvents >= LinesBetweenEvents) {
-            m_sinceEvents = 0;
-            QCoreApplication::processEvents();
-            if (m_stopped)
-                break;
-        }
+        worked(1);
+        if (m_stopped)
+            break;
         for (TextSearch::Match match = m_search.next(line, 0); match.isValid();
              match = m_search.next(line, match.end())) {
             if (!inGroup) {
-                m_log.beginGroup(QFileInfo(path).fileName());
+                m_log.beginGroup(info.fileName());
                 m_files.append(path);
             }
             inGroup = true;

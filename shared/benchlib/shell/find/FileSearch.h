@@ -9,6 +9,7 @@
 
 class BuildLogModel;
 class QDir;
+class QFileInfo;
 
 /// A search through the files of a folder, whose hits become results of a log. It keeps the program
 /// alive by letting it handle events.
@@ -41,7 +42,9 @@ public:
 
 private:
     void findInFolder(const QDir& folder, const QStringList& filter, bool subfolders);
-    void findInFile(const QString& path);
+    void findInFile(const QFileInfo& info);
+    /// Handles events when enough work has been done since the last time.
+    void worked(int lines);
 
     BuildLogModel& m_log;
     Request m_request;
@@ -50,5 +53,5 @@ private:
     bool m_stopped = false;
     int m_found = 0;
     QStringList m_files;
-    int m_sinceEvents = 0;
+    int m_sinceEvents = 0; ///< in lines
 };
