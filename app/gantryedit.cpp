@@ -42,6 +42,7 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     QApplication::setApplicationName(u"GantryBench Editor"_s);
     QApplication::setApplicationVersion(QStringLiteral(GANTRY_VERSION));
+    QApplication::setWindowIcon(QIcon(u":/icons/GantryBench.svg"_s));
     QApplication::setStyle(new MenuStyle);
     QCommandLineParser options;
     options.setApplicationDescription(u"Edits source files."_s);

@@ -4,6 +4,7 @@
 #include "app/gantryedit/FilePlace.h"
 #include "app/gantryedit/RecentFiles.h"
 #include "app/gantryedit/SearchResults.h"
+#include "app/gantryedit/SpellingEntries.h"
 
 #include "editor/find/CodeEditFindDialog.h"
 #include "editor/widget/CodeEdit.h"
@@ -130,8 +131,10 @@ CodeEdit* EditorWindow::addEdit()
         if (command == EditCommand::find || command == EditCommand::replace)
             showFind(command == EditCommand::replace);
     });
-    connect(edit, &CodeEdit::contextMenuRequested, this, [this](QPoint at, bool overMargin) {
+    connect(edit, &CodeEdit::contextMenuRequested, this, [this, edit](QPoint at, bool overMargin) {
         QMenu menu(this);
+        if (!overMargin)
+            addSpellingEntries(menu, *edit);
         guiBuilder->populate(&menu, overMargin ? u"EditorMarginMenu"_s : u"EditorTextMenu"_s);
         menu.exec(at);
     });

@@ -1,8 +1,10 @@
 #include "app/gantryedit/EditorWindow.h"
 #include "app/gantryedit/FilePlace.h"
 #include "app/gantryedit/SearchResults.h"
+#include "app/gantryedit/SpellingEntries.h"
 
 #include "editor/commands/IndentSettings.h"
+#include "editor/parsers/SpellChecker.h"
 #include "editor/widget/CodeEdit.h"
 #include "editor/widget/CodeEditPreferences.h"
 #include "projects/settings/GantryBenchEnvironmentSettings.h"
@@ -206,6 +208,36 @@ TEST_F(EditorWindowTest, LeadsFromSearchResultsToLines)
     actions->activate(u"EditLocateNext"_s);
     EXPECT_EQ(m_window->current()->fileName(), path(u"three.c"_s));
     EXPECT_EQ(m_window->current()->editor().caret(), (QCodeBufferPosition{2, 6}));
+}
+
+TEST_F(EditorWindowTest, SuggestsWhatAMisspelledWordMayBe)
+{
+    class Checker : public SpellChecker {
+    public:
+        bool spell(QStringView word) override { return word != u"wrld"; }
+        QStringList suggestions(QStringView) override { return {u"world"_s, u"weld"_s}; }
+    } checker;
+    SpellChecker::setCurrent(&checker);
+    write(u"words.c"_s, "// hello 'wrld'\nint wrld;\n");
+    m_window->open(Path(path(u"words.c"_s)));
+    CodeEdit& edit = *m_window->current();
+    const auto entries = [&](QCodeBufferPosition at) {
+        edit.editor().setCaretPosition(at);
+        auto menu = std::make_unique<QMenu>();
+        addSpellingEntries(*menu, edit);
+        return menu;
+    };
+    EXPECT_TRUE(entries({1, 6})->isEmpty()) << "only comments are checked";
+    EXPECT_TRUE(entries({0, 4})->isEmpty());
+    const auto menu = entries({0, 11});
+    ASSERT_EQ(menu->actions().size(), 5);
+    EXPECT_EQ(menu->actions()[1]->text(), u"weld"_s);
+    menu->actions()[0]->trigger();
+    EXPECT_EQ(edit.editor().buffer().text(0), u"// hello 'world'"_s);
+    edit.editor().undo();
+    entries({0, 11})->actions()[3]->trigger();
+    EXPECT_TRUE(entries({0, 11})->isEmpty()) << "it is to be ignored";
+    SpellChecker::setCurrent(nullptr);
 }
 
 TEST_F(EditorWindowTest, TheFindWindowAwaitsAText)

@@ -273,6 +273,7 @@ TEST(Spelling, AsksADictionary)
     ASSERT_TRUE(checker);
     EXPECT_TRUE(checker->spell(u"interrupt"));
     EXPECT_FALSE(checker->spell(u"interupt"));
+    EXPECT_TRUE(checker->suggestions(u"interupt").contains(u"interrupt"_s));
     EXPECT_FALSE(HunspellSpellChecker::load(u"/no/such.aff"_s, u"/no/such.dic"_s));
 }
 

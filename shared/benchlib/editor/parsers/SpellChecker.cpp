@@ -87,3 +87,13 @@ bool HunspellSpellChecker::spell(QStringView word)
 {
     return m_hunspell->spell(word.toLatin1().toStdString());
 }
+
+QStringList HunspellSpellChecker::suggestions(QStringView word)
+{
+    const bool isUtf8 = m_hunspell->get_dict_encoding() == "UTF-8";
+    QStringList result;
+    for (const std::string& suggestion : m_hunspell->suggest(word.toLatin1().toStdString()))
+        result.append(isUtf8 ? QString::fromUtf8(suggestion.c_str())
+                             : QString::fromLatin1(suggestion.c_str()));
+    return result;
+}

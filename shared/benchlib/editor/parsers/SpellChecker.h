@@ -2,7 +2,7 @@
 
 #include "editor/parsers/CharacterClass.h"
 
-#include <QStringView>
+#include <QStringList>
 
 #include <memory>
 
@@ -14,6 +14,12 @@ class SpellChecker {
 public:
     virtual ~SpellChecker() = default;
     virtual bool spell(QStringView word) = 0;
+    /// Words that may have been meant, the likeliest first.
+    virtual QStringList suggestions(QStringView word)
+    {
+        Q_UNUSED(word)
+        return {};
+    }
 
     /// The one that parsers ask; null for none. Not owned.
     static SpellChecker* current() { return s_current; }
@@ -59,6 +65,7 @@ public:
     ~HunspellSpellChecker() override;
 
     bool spell(QStringView word) override;
+    QStringList suggestions(QStringView word) override;
 
 private:
     explicit HunspellSpellChecker(std::unique_ptr<Hunspell> hunspell);

@@ -155,6 +155,26 @@ void CodeEdit::checkSyntax()
     m_editor.setCaretPosition({line - 1, std::max(0, column - 1)});
 }
 
+QSelection CodeEdit::misspelledWord() const
+{
+    const Place caret = m_editor.caret();
+    const StyledLine styled = styledLine(caret.line);
+    for (const StyledLine::Run& run : styled.runs) {
+        int start = run.start;
+        int end = run.start + run.length;
+        if ((run.attributes & CodeEditParser::SpellingError) == 0 || caret.column < start
+            || caret.column > end)
+            continue;
+        // Quotes are copied with the word that they are around.
+        while (start < end && styled.text[start] == u'\'')
+            ++start;
+        while (start < end && styled.text[end - 1] == u'\'')
+            --end;
+        return {{caret.line, start}, {caret.line, end}};
+    }
+    return {};
+}
+
 void CodeEdit::findIncremental()
 {
     if (!m_findBar)

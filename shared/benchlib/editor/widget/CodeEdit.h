@@ -124,6 +124,9 @@ public:
     void clearDiagnostic();
     void findIncremental();
 
+    /// The word at the caret, if it is one that the spell checker has marked; else not valid.
+    QSelection misspelledWord() const;
+
     /// In pixels of the viewport.
     QRectF caretRectangle() const;
     QPointF pointOf(QCodeBufferPosition position) const;
