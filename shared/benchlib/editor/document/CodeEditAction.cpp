@@ -15,31 +15,19 @@ QString describe(QStringView verb, const QString& text)
 
 } // namespace
 
-void CodeEditInsertAction::undo(CodeDocument& document) const
-{
-    document.deleteText(m_begin, m_end, false);
-    document.setCaret(m_begin, true);
-}
-
-void CodeEditInsertAction::redo(CodeDocument& document) const
+void CodeEditTextAction::insert(CodeDocument& document) const
 {
     document.insertText(m_begin, m_text, false);
     document.setCaret(m_end, true);
+}
+
+void CodeEditTextAction::remove(CodeDocument& document) const
+{
+    document.deleteText(m_begin, m_end, false);
+    document.setCaret(m_begin, true);
 }
 
 QString CodeEditInsertAction::description() const { return describe(u"Insert", m_text); }
-
-void CodeEditDeleteAction::undo(CodeDocument& document) const
-{
-    document.insertText(m_begin, m_text, false);
-    document.setCaret(m_end, true);
-}
-
-void CodeEditDeleteAction::redo(CodeDocument& document) const
-{
-    document.deleteText(m_begin, m_end, false);
-    document.setCaret(m_begin, true);
-}
 
 QString CodeEditDeleteAction::description() const { return describe(u"Delete", m_text); }
 

@@ -16,41 +16,42 @@ public:
     virtual ~CodeEditAction() = default;
 };
 
-class CodeEditInsertAction : public CodeEditAction {
+/// A text that comes or goes as a whole.
+class CodeEditTextAction : public CodeEditAction {
 public:
-    /// `end` is where the caret went.
-    CodeEditInsertAction(const QString& text, QCodeBufferPosition begin, QCodeBufferPosition end)
+    /// `end` is the place behind the text; where the caret goes when it comes.
+    CodeEditTextAction(const QString& text, QCodeBufferPosition begin, QCodeBufferPosition end)
         : m_text(text),
           m_begin(begin),
           m_end(end)
     {
     }
-    void undo(CodeDocument& document) const override;
-    void redo(CodeDocument& document) const override;
-    QString description() const override;
+
+protected:
+    void insert(CodeDocument& document) const;
+    void remove(CodeDocument& document) const;
+
+    QString m_text;
 
 private:
-    QString m_text;
     QCodeBufferPosition m_begin;
     QCodeBufferPosition m_end;
 };
 
-class CodeEditDeleteAction : public CodeEditAction {
+class CodeEditInsertAction : public CodeEditTextAction {
 public:
-    CodeEditDeleteAction(const QString& text, QCodeBufferPosition begin, QCodeBufferPosition end)
-        : m_text(text),
-          m_begin(begin),
-          m_end(end)
-    {
-    }
-    void undo(CodeDocument& document) const override;
-    void redo(CodeDocument& document) const override;
+    using CodeEditTextAction::CodeEditTextAction;
+    void undo(CodeDocument& document) const override { remove(document); }
+    void redo(CodeDocument& document) const override { insert(document); }
     QString description() const override;
+};
 
-private:
-    QString m_text;
-    QCodeBufferPosition m_begin;
-    QCodeBufferPosition m_end;
+class CodeEditDeleteAction : public CodeEditTextAction {
+public:
+    using CodeEditTextAction::CodeEditTextAction;
+    void undo(CodeDocument& document) const override { insert(document); }
+    void redo(CodeDocument& document) const override { remove(document); }
+    QString description() const override;
 };
 
 /// Both texts lie within one line.
