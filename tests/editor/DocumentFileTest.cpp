@@ -187,6 +187,22 @@ TEST_F(DocumentFileTest, AsksWhenTheFileHasChangedOrGone)
     EXPECT_EQ(bytesOf(path("elsewhere.c")), "ab");
 }
 
+TEST_F(DocumentFileTest, ANewFileDoesNotReplaceOneThatCameMeanwhile)
+{
+    CodeDocument document;
+    document.setPrompts(&m_user);
+    document.setFilename(Path(path("new.c")), true);
+    document.setText(u"mine"_s);
+    EXPECT_FALSE(document.changedOnDisk());
+    writeBytes(path("new.c"), "other");
+    EXPECT_TRUE(document.changedOnDisk());
+    EXPECT_FALSE(document.save());
+    EXPECT_EQ(bytesOf(path("new.c")), "other");
+    QFile::remove(path("new.c"));
+    EXPECT_TRUE(document.save());
+    EXPECT_EQ(bytesOf(path("new.c")), "mine");
+}
+
 TEST_F(DocumentFileTest, ReportsAFullDisk)
 {
     ASSERT_TRUE(load("a"));

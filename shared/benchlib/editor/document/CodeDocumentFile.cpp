@@ -161,8 +161,10 @@ CodeDocument::LineEnding CodeDocument::lineEndingOf(QStringView text, bool& cons
 bool CodeDocument::changedOnDisk() const
 {
     const QFileInfo info(m_filename.osPath());
-    return m_named && m_fileTime.isValid()
-        && (!info.exists() || info.lastModified() != m_fileTime || info.size() != m_sizeInBytes);
+    // Without a time the file wasn't there.
+    if (!m_named || !m_fileTime.isValid())
+        return m_named && info.exists();
+    return !info.exists() || info.lastModified() != m_fileTime || info.size() != m_sizeInBytes;
 }
 
 void CodeDocument::acceptDiskState()
