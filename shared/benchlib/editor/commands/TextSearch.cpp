@@ -1,5 +1,6 @@
 #include "editor/commands/TextSearch.h"
 
+#include "editor/commands/SearchExpression.h"
 #include "projects/settings/EnvironmentSettings.h"
 
 #include <algorithm>
@@ -7,8 +8,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-bool isWordChar(QChar c) { return c.isLetterOrNumber() || c == u'_'; }
 
 /// Of programs without settings.
 LastSearch& unsavedSearch()
@@ -28,42 +27,43 @@ TextSearch::TextSearch(const QString& text, FindOptions options)
 {
     if (!m_regular)
         return;
-    m_expression.setPattern(text);
-    QRegularExpression::PatternOptions pattern = QRegularExpression::InvertedGreedinessOption
-        | QRegularExpression::UseUnicodePropertiesOption;
-    pattern.setFlag(QRegularExpression::CaseInsensitiveOption, m_case == Qt::CaseInsensitive);
-    m_expression.setPatternOptions(pattern);
+    m_expression = QTx::constructSearchRegularExpression(text, options);
     m_valid = m_valid && m_expression.isValid();
-}
-
-bool TextSearch::isWhole(QStringView line, Match match) const
-{
-    return !m_wholeWord
-        || ((match.start == 0 || !isWordChar(line[match.start - 1]))
-            && (match.end() >= line.size() || !isWordChar(line[match.end()])));
 }
 
 TextSearch::Match TextSearch::next(QStringView line, int from) const
 {
-    if (!m_valid)
-        return {};
-    from = std::max(0, from);
-    while (from <= line.size()) {
-        Match match;
-        if (m_regular) {
-            const QRegularExpressionMatch found = m_expression.match(line, from);
-            if (found.hasMatch())
-                match = {static_cast<int>(found.capturedStart()),
-                         static_cast<int>(found.capturedLength())};
-        } else {
-            match = {static_cast<int>(line.indexOf(m_text, from, m_case)),
-                     static_cast<int>(m_text.size())};
-        }
-        if (!match.isValid())
-            return {};
-        if (match.length > 0 && isWhole(line, match))
-            return match;
-        from = match.start + 1;
+    if (m_regular)
+        return findExpression(line, from, true);
+    return findLiteral(line, std::max(0, from), true);
+}
+
+TextSearch::Match TextSearch::previous(QStringView line, int from) const
+{
+    if (m_regular)
+        return findExpression(line, from, false);
+    return findLiteral(line, std::min(from, static_cast<int>(line.size())), false);
+}
+
+TextSearch::Match TextSearch::findExpression(QStringView line, int from, bool forward) const
+{
+    QStringView matched;
+    const int start =
+        m_valid ? QTx::search(m_expression, line, from, forward, m_wholeWord, &matched) : -1;
+    return {start, static_cast<int>(matched.size())};
+}
+
+/// Without an expression, which would take several times as long.
+TextSearch::Match TextSearch::findLiteral(QStringView line, int from, bool forward) const
+{
+    while (m_valid && from >= 0 && from <= line.size()) {
+        const auto start = static_cast<int>(forward ? line.indexOf(m_text, from, m_case)
+                                                    : line.lastIndexOf(m_text, from, m_case));
+        if (start < 0)
+            break;
+        if (!m_wholeWord || QTx::isWholeWord(line, start, start + m_text.size()))
+            return {start, static_cast<int>(m_text.size())};
+        from = start + (forward ? 1 : -1);
     }
     return {};
 }
@@ -84,63 +84,10 @@ bool TextSearch::mayMatch(QByteArrayView bytes) const
         .contains(QLatin1StringView(text), Qt::CaseInsensitive);
 }
 
-TextSearch::Match TextSearch::matchAt(QStringView line, int from) const
-{
-    const QRegularExpressionMatch found = m_expression.match(
-        line, from, QRegularExpression::NormalMatch, QRegularExpression::AnchorAtOffsetMatchOption);
-    if (!found.hasMatch())
-        return {};
-    return {from, static_cast<int>(found.capturedLength())};
-}
-
-TextSearch::Match TextSearch::previous(QStringView line, int from) const
-{
-    if (!m_valid)
-        return {};
-    from = std::min(from, static_cast<int>(line.size()));
-    while (from >= 0) {
-        Match match;
-        if (m_regular) {
-            match = matchAt(line, from);
-            if (!match.isValid())
-                match = {from, 0};
-        } else {
-            match = {static_cast<int>(line.lastIndexOf(m_text, from, m_case)),
-                     static_cast<int>(m_text.size())};
-            if (!match.isValid())
-                return {};
-        }
-        if (match.length > 0 && isWhole(line, match))
-            return match;
-        from = match.start - 1;
-    }
-    return {};
-}
-
 QString TextSearch::expand(const QString& replacement, QStringView line, Match match) const
 {
-    if (!m_regular)
-        return replacement;
-    const QRegularExpressionMatch found =
-        m_expression.match(line, match.start, QRegularExpression::NormalMatch,
-                           QRegularExpression::AnchorAtOffsetMatchOption);
-    QString result;
-    for (qsizetype i = 0; i < replacement.size(); ++i) {
-        if (replacement[i] != u'\\' || i + 1 == replacement.size()) {
-            result += replacement[i];
-            continue;
-        }
-        const QChar c = replacement[++i];
-        if (c >= u'0' && c <= u'9')
-            result += found.captured(c.digitValue());
-        else if (c == u'n')
-            result += u'\n';
-        else if (c == u't')
-            result += u'\t';
-        else
-            result += c;
-    }
-    return result;
+    return m_regular ? QTx::expandSearchResults(m_expression, line, match.start, replacement)
+                     : replacement;
 }
 
 LastSearch LastSearch::get()

@@ -32,13 +32,12 @@ public:
     /// those whose first 128 characters are those of ASCII. Takes far less time than decoding it.
     bool mayMatch(QByteArrayView bytes) const;
 
-    /// What a match is replaced by: in the replacement of a regular expression "\1" to "\9" stand
-    /// for what its groups took, "\0" for all of it, "\n" and "\t" for a line break and a tab.
+    /// What a match is replaced by; see QTx::expandSearchResults for regular expressions.
     QString expand(const QString& replacement, QStringView line, Match match) const;
 
 private:
-    Match matchAt(QStringView line, int from) const;
-    bool isWhole(QStringView line, Match match) const;
+    Match findExpression(QStringView line, int from, bool forward) const;
+    Match findLiteral(QStringView line, int from, bool forward) const;
 
     QString m_text;
     QRegularExpression m_expression;
