@@ -43,13 +43,17 @@ void addLanguages(EditorWindow& window)
         },
         [&window, descriptions](int index) {
             if (CodeEdit* edit = window.current())
-                edit->editor().setParser(
-                    languages().parserForDescription(descriptions.value(index)));
+                edit->setSyntaxHighlight(index < descriptions.size() ? index
+                                                                     : CodeEdit::NoSyntaxHighlight);
         });
 }
 
 void addLineEndings(EditorWindow& window)
 {
+    // In the order of CodeDocument::LineEnding.
+    static constexpr void (CodeDocument::*setters[])() = {&CodeDocument::setLineEndingCRLF,
+                                                          &CodeDocument::setLineEndingLF,
+                                                          &CodeDocument::setLineEndingCR};
     add(
         window, u"LineEndingsMenu"_s,
         [&window] {
@@ -60,7 +64,7 @@ void addLineEndings(EditorWindow& window)
         },
         [&window](int index) {
             if (CodeEdit* edit = window.current())
-                edit->editor().setLineEnding(static_cast<CodeDocument::LineEnding>(index));
+                (edit->editor().*setters[index])();
         });
 }
 

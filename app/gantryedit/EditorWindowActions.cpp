@@ -179,22 +179,22 @@ void EditorWindow::makeConnections()
             edit->checkSyntax();
     });
     on(::actions->macroStartRecording, [this] {
-        macroRecorder().start();
+        macroRecorder().startRecording();
         updateState();
     });
     on(::actions->macroPauseRecording, [this] {
-        if (macroRecorder().state() == MacroRecorder::State::Paused)
-            macroRecorder().resume();
+        if (macroRecorder().recordingState() == MacroRecorder::State::Paused)
+            macroRecorder().resumeRecording();
         else
-            macroRecorder().pause();
+            macroRecorder().pauseRecording();
         updateState();
     });
     on(::actions->macroStopRecording, [this] {
-        macroRecorder().stop();
+        macroRecorder().stopRecording();
         updateState();
     });
     on(::actions->macroCancelRecording, [this] {
-        macroRecorder().cancel();
+        macroRecorder().cancelRecording();
         updateState();
     });
     on(::actions->macroPlayRecording, [this] {
@@ -245,7 +245,7 @@ void EditorWindow::updateState()
           ::actions->windowCloseAllUnedited, ::actions->windowCloseOtherWindows})
         action->setEnabled(edit != nullptr);
     ::actions->toolCheckSyntax->setEnabled(edit && edit->canCheckSyntax());
-    const MacroRecorder::State recording = macroRecorder().state();
+    const MacroRecorder::State recording = macroRecorder().recordingState();
     ::actions->macroStartRecording->setEnabled(recording == MacroRecorder::State::Idle);
     for (BenchAction* action : {::actions->macroPauseRecording, ::actions->macroStopRecording,
                                 ::actions->macroCancelRecording})

@@ -1,5 +1,7 @@
 #include "EditorTest.h"
 
+#include "editor/document/CodeEditLineIterator.h"
+
 #include <QFileInfo>
 #include <QTemporaryDir>
 
@@ -201,6 +203,22 @@ TEST_F(DocumentFileTest, ANewFileDoesNotReplaceOneThatCameMeanwhile)
     QFile::remove(path("new.c"));
     EXPECT_TRUE(document.save());
     EXPECT_EQ(bytesOf(path("new.c")), "mine");
+}
+
+TEST_F(DocumentFileTest, LinesAreGivenToReaders)
+{
+    const auto linesOf = [](CodeEditLineIterator iterator) {
+        QStringList lines;
+        for (QString line; iterator.getLine(line);)
+            lines.append(line);
+        return lines;
+    };
+    ASSERT_TRUE(load("one\r\ntwo"));
+    m_document.insertText({0, 3}, u"!"_s);
+    EXPECT_EQ(linesOf(CodeEditLineIterator(&m_document)), (QStringList{u"one!"_s, u"two"_s}));
+    EXPECT_EQ(linesOf(CodeEditLineIterator(Path(path()))), (QStringList{u"one"_s, u"two"_s}));
+    EXPECT_TRUE(linesOf(CodeEditLineIterator(Path(path("no such")))).isEmpty());
+    EXPECT_TRUE(linesOf(CodeEditLineIterator(Path(u"/dev/zero"_s))).isEmpty());
 }
 
 TEST_F(DocumentFileTest, ReportsAFullDisk)

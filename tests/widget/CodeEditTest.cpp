@@ -304,20 +304,20 @@ TEST_F(CodeEditTest, RecordsAndPlaysAMacro)
 {
     MacroRecorder& recorder = macroRecorder();
     editor().setText(u"a\nb\nc"_s);
-    recorder.start();
+    recorder.startRecording();
     type(u"x "_s);
     key(Qt::Key_Down);
     key(Qt::Key_Home);
-    recorder.pause();
+    recorder.pauseRecording();
     key(Qt::Key_Right);
     key(Qt::Key_Left);
-    recorder.resume();
-    recorder.stop();
+    recorder.resumeRecording();
+    recorder.stopRecording();
     editor().playRecording();
     EXPECT_EQ(textOf(editor()), u"x a\nx b\nc"_s);
     editor().undo();
     EXPECT_EQ(textOf(editor()), u"x a\nb\nc"_s);
-    recorder.cancel();
+    recorder.cancelRecording();
     editor().playRecording();
     EXPECT_EQ(textOf(editor()), u"x a\nb\nc"_s);
 }
@@ -326,7 +326,7 @@ TEST_F(CodeEditTest, AMacroHoldsCommandsAndPlainText)
 {
     MacroRecorder& recorder = macroRecorder();
     editor().setText(u"ab\nab"_s);
-    recorder.start();
+    recorder.startRecording();
     key(Qt::Key_End, Qt::ShiftModifier);
     type(u"("_s);
     EXPECT_EQ(textOf(editor()), u"(\nab"_s);
@@ -334,12 +334,12 @@ TEST_F(CodeEditTest, AMacroHoldsCommandsAndPlainText)
     key(Qt::Key_Home);
     key(Qt::Key_End, Qt::ShiftModifier);
     type(u"/"_s);
-    recorder.stop();
+    recorder.stopRecording();
     EXPECT_EQ(textOf(editor()), u"(\n//ab"_s);
     editor().setText(u"cd\ncd"_s);
     editor().playRecording();
     EXPECT_EQ(textOf(editor()), u"(\n//cd"_s);
-    recorder.cancel();
+    recorder.cancelRecording();
 }
 
 TEST_F(CodeEditTest, MatesAreFoundFarAwayAndShownNearBy)

@@ -48,7 +48,7 @@ void CodeEditor::setSettings(const CodeEditSettings& settings)
 
 void CodeEditor::execute(EditCommand command)
 {
-    macroRecorder().record(command);
+    macroRecorder().recordCommand(command);
     const EditCommandKind kind = kindOf(command);
     if (kind == EditCommandKind::Edit && !okToModify())
         return;
@@ -90,7 +90,7 @@ bool CodeEditor::isAvailable(EditCommand command) const
 void CodeEditor::playRecording()
 {
     MacroRecorder& recorder = macroRecorder();
-    if (recorder.state() != MacroRecorder::State::Idle)
+    if (recorder.recordingState() != MacroRecorder::State::Idle)
         return;
     const std::vector<MacroRecorder::Step> steps = recorder.steps();
     const bool edits = std::any_of(steps.begin(), steps.end(), [](const MacroRecorder::Step& step) {
@@ -116,6 +116,20 @@ void CodeEditor::setArgument(int count)
     if (m_argument > 0)
         emit message(u"Argument: %1"_s.arg(m_argument));
 }
+
+#define ARGUMENT(count)                                                                            \
+    void CodeEditor::setArgument##count() { setArgument(count); }
+ARGUMENT(0)
+ARGUMENT(1)
+ARGUMENT(2)
+ARGUMENT(3)
+ARGUMENT(4)
+ARGUMENT(5)
+ARGUMENT(6)
+ARGUMENT(7)
+ARGUMENT(8)
+ARGUMENT(9)
+#undef ARGUMENT
 
 int CodeEditor::argument() { return std::max(1, std::exchange(m_argument, 0)); }
 

@@ -108,7 +108,7 @@ public:
     bool expandTemplate(const QString& word, QCodeBufferPosition start, QCodeBufferPosition end);
     /// The template that a blank typed at the caret would expand; its word stands alone in the
     /// line.
-    std::optional<QSelection> templateWord() const;
+    std::optional<QSelection> getTemplateParameters() const;
 
     /// The two ends of the pair whose one end is nearest to the caret, in the line of the caret;
     /// not valid if there is none. Ends within `lineLimit` lines.

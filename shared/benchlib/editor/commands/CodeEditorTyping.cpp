@@ -38,9 +38,9 @@ void CodeEditor::typeText(const QString& typed)
     const QString text = clean(typed);
     if (text.isEmpty() || !okToModify())
         return;
-    const bool plain = m_playing || macroRecorder().state() != MacroRecorder::State::Idle;
+    const bool plain = m_playing || macroRecorder().recordingState() != MacroRecorder::State::Idle;
     if (text == u" " && !plain && m_settings.expandTemplates) {
-        if (const std::optional<QSelection> word = templateWord();
+        if (const std::optional<QSelection> word = getTemplateParameters();
             word && expandTemplate(buffer().text(*word), word->begin, word->end))
             return;
     }
@@ -57,7 +57,7 @@ void CodeEditor::typeText(const QString& typed)
     }
     fillVirtualSpace();
     insertText(caret(), text);
-    macroRecorder().record(EditCommand::insertTyped, text);
+    macroRecorder().recordCommand(EditCommand::insertTyped, text);
     checkIndent(false);
     endUpdate();
     if (m_settings.mateMatching == CodeEditSettings::MateMatching::Typing) {
@@ -79,7 +79,7 @@ bool CodeEditor::wrapSelection(QChar typed)
         execute(EditCommand::swapCommentSelection);
         return true;
     }
-    if (macroRecorder().state() == MacroRecorder::State::Recording)
+    if (macroRecorder().recordingState() == MacroRecorder::State::Recording)
         return false;
     for (const Wrapping& wrapping : Wrappings) {
         if (!wrapping.typed.contains(typed))
@@ -114,7 +114,8 @@ void CodeEditor::moveSelection(QCodeBufferPosition place)
 
 void CodeEditor::surround(const QString& before, const QString& after)
 {
-    if (!selecting() || macroRecorder().state() == MacroRecorder::State::Recording || !okToModify())
+    if (!selecting() || macroRecorder().recordingState() == MacroRecorder::State::Recording
+        || !okToModify())
         return;
     const bool downwards = selection().begin <= selection().end;
     Place first = selection().first();
@@ -257,7 +258,7 @@ void CodeEditor::insertFile()
 
 // Templates
 
-std::optional<QSelection> CodeEditor::templateWord() const
+std::optional<QSelection> CodeEditor::getTemplateParameters() const
 {
     const Place at = caret();
     const QStringView text = buffer().view(at.line);

@@ -8,7 +8,10 @@ enum class EditCommand {
 #include "editor/commands/EditCommands.inc"
 };
 
-inline constexpr int EditCommandCount = static_cast<int>(EditCommand::toggleReadOnly) + 1;
+inline constexpr int EditCommandCount = 0
+#define COMMAND(name, kind) +1
+#include "editor/commands/EditCommands.inc"
+    ;
 
 static_assert(static_cast<int>(EditCommand::insertTyped) == 120);
 

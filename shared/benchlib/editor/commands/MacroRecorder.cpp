@@ -6,7 +6,7 @@ MacroRecorder& macroRecorder()
     return recorder;
 }
 
-void MacroRecorder::start()
+void MacroRecorder::startRecording()
 {
     if (m_state != State::Idle)
         return;
@@ -14,27 +14,27 @@ void MacroRecorder::start()
     m_state = State::Recording;
 }
 
-void MacroRecorder::pause()
+void MacroRecorder::pauseRecording()
 {
     if (m_state == State::Recording)
         m_state = State::Paused;
 }
 
-void MacroRecorder::resume()
+void MacroRecorder::resumeRecording()
 {
     if (m_state == State::Paused)
         m_state = State::Recording;
 }
 
-void MacroRecorder::stop() { m_state = State::Idle; }
+void MacroRecorder::stopRecording() { m_state = State::Idle; }
 
-void MacroRecorder::cancel()
+void MacroRecorder::cancelRecording()
 {
     m_state = State::Idle;
     m_steps.clear();
 }
 
-void MacroRecorder::record(EditCommand command, const QString& text)
+void MacroRecorder::recordCommand(EditCommand command, const QString& text)
 {
     if (m_state == State::Recording)
         m_steps.push_back({command, text});

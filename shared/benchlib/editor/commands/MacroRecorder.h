@@ -13,17 +13,17 @@ public:
         QString text; ///< of EditCommand::insertTyped
     };
 
-    State state() const { return m_state; }
+    State recordingState() const { return m_state; }
     const std::vector<Step>& steps() const { return m_steps; }
 
     /// Each does nothing in a state that it doesn't fit.
-    void start();
-    void pause();
-    void resume();
+    void startRecording();
+    void pauseRecording();
+    void resumeRecording();
     /// Keeps what was recorded.
-    void stop();
-    void cancel();
-    void record(EditCommand command, const QString& text = {});
+    void stopRecording();
+    void cancelRecording();
+    void recordCommand(EditCommand command, const QString& text = {});
 
 private:
     State m_state = State::Idle;

@@ -124,7 +124,9 @@ public:
     bool isNamed() const { return m_named; }
     virtual void setFilename(const Path& path, bool named);
     LineEnding lineEnding() const { return m_lineEnding; }
-    void setLineEnding(LineEnding ending);
+    void setLineEndingCRLF() { setLineEnding(LineEnding::CRLF); }
+    void setLineEndingLF() { setLineEnding(LineEnding::LF); }
+    void setLineEndingCR() { setLineEnding(LineEnding::CR); }
     /// "Default" for that of the user.
     const QString& encoding() const { return m_encodingName; }
     /// What the file is to be written in.
@@ -208,13 +210,14 @@ private:
         bool operator==(const State&) const = default;
     };
     State state() const;
+    void setLineEnding(LineEnding ending);
     void record(std::unique_ptr<CodeEditAction> action);
     void replay(UndoStack& from, UndoStack& to, bool undo);
     void replayAll(UndoStack& from, UndoStack& to, bool undo, const QString& text);
     bool failToOpen(const QString& text, const QString& reason);
     bool readFile(const Path& path, QString& text, QString& warning, bool& binary);
     LineEnding lineEndingOf(QStringView text, bool& consistent) const;
-    bool writeFile(const Path& path);
+    bool saveFile(const Path& path);
     QByteArray encodedText() const;
     bool makeWritable(bool& elsewhere);
     void createBackupFiles(const Path& path);

@@ -209,7 +209,7 @@ bool CodeDocument::save()
         return saveAs();
     aboutToSave();
     createBackupFiles(m_filename);
-    if (!writeFile(m_filename))
+    if (!saveFile(m_filename))
         return false;
     return finishSaving(m_filename);
 }
@@ -279,7 +279,7 @@ QByteArray CodeDocument::encodedText() const
     return bytes;
 }
 
-bool CodeDocument::writeFile(const Path& path)
+bool CodeDocument::saveFile(const Path& path)
 {
     FileReplacement file(path.osPath());
     const QString cannotOpen = u"Can't open %1 for writing"_s.arg(path.osPath());
@@ -314,7 +314,7 @@ bool CodeDocument::saveAs(const Path& path)
         return false;
     aboutToSave();
     createBackupFiles(path);
-    if (!writeFile(path))
+    if (!saveFile(path))
         return false;
     setFilename(path, true);
     finishSaving(path);
@@ -328,7 +328,7 @@ bool CodeDocument::saveAs()
     return !chosen.isEmpty() && saveAs(Path(chosen));
 }
 
-bool CodeDocument::saveCopyAs(const Path& path) { return checkEncoding(true) && writeFile(path); }
+bool CodeDocument::saveCopyAs(const Path& path) { return checkEncoding(true) && saveFile(path); }
 
 int CodeDocument::checkSaved()
 {

@@ -19,7 +19,7 @@
 using namespace Qt::Literals::StringLiterals;
 
 CodeEditColorScheme CodeEdit::s_scheme = colorSchemes().first();
-TextSearch CodeEdit::s_highlightFind;
+TextSearch CodeEdit::m_highlightFindRegexp;
 
 namespace {
 
@@ -91,6 +91,14 @@ void CodeEdit::startAs(const Path& path)
 {
     m_editor.setFilename(path, true);
     useLanguageOfFile();
+}
+
+void CodeEdit::setSyntaxHighlight(int language)
+{
+    m_editor.setParser(language == NoSyntaxHighlight
+                           ? nullptr
+                           : languages().parserForDescription(
+                               languages().registeredParserDescriptions().value(language)));
 }
 
 void CodeEdit::useLanguageOfFile()
@@ -235,7 +243,7 @@ const CodeEditColorScheme& CodeEdit::colorScheme() { return s_scheme; }
 
 void CodeEdit::setHighlightFind(const TextSearch& search)
 {
-    s_highlightFind = search;
+    m_highlightFindRegexp = search;
     for (QWidget* widget : QApplication::allWidgets())
         if (auto* edit = qobject_cast<CodeEdit*>(widget))
             edit->viewport()->update();

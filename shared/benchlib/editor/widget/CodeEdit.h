@@ -112,6 +112,10 @@ public:
     /// The matches of that search are shown; none for one that isn't valid.
     static void setHighlightFind(const TextSearch& search);
 
+    /// One of the registered languages, in their order, or none.
+    static constexpr int NoSyntaxHighlight = 0x9999;
+    void setSyntaxHighlight(int language);
+
     void setSyntaxChecker(CodeSyntaxChecker* checker) { m_syntaxChecker = checker; }
     bool canCheckSyntax() const { return m_syntaxChecker != nullptr; }
     void checkSyntax();
@@ -158,6 +162,8 @@ protected:
     virtual int addressWidth() const { return 5; }
     virtual int executionLine() const { return -1; }
     virtual void controlClick(QCodeBufferPosition position) { Q_UNUSED(position) }
+    /// The pointer moves over the text while Ctrl is down.
+    virtual void controlMove(QCodeBufferPosition position) { Q_UNUSED(position) }
     /// The pointer rests at that place of the viewport.
     virtual void maybeTip(QPoint point, QPoint globalPoint);
 
@@ -220,7 +226,7 @@ private:
     QString tipWord(QCodeBufferPosition place) const;
 
     static CodeEditColorScheme s_scheme;
-    static TextSearch s_highlightFind;
+    static TextSearch m_highlightFindRegexp;
 
     CodeEditor m_editor;
     std::unique_ptr<CodeEditHost> m_host;

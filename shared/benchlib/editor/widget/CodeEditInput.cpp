@@ -226,8 +226,11 @@ void CodeEdit::mouseMoveEvent(QMouseEvent* event)
             startDrag();
         return;
     }
-    if (m_mouseMode == MouseMode::Idle)
+    if (m_mouseMode == MouseMode::Idle) {
+        if (!overMargin && event->modifiers().testFlag(Qt::ControlModifier))
+            controlMove(positionAt(event->position()));
         return;
+    }
     m_mousePoint = event->position();
     extendByMouse(m_mousePoint);
 }

@@ -149,8 +149,8 @@ QColor CodeEdit::lineBackground(int line) const
 QList<LinePainter::Highlight> CodeEdit::highlights(int line, const StyledLine& styled) const
 {
     QList<LinePainter::Highlight> result;
-    for (TextSearch::Match match = s_highlightFind.next(styled.text, 0); match.isValid();
-         match = s_highlightFind.next(styled.text, match.end()))
+    for (TextSearch::Match match = m_highlightFindRegexp.next(styled.text, 0); match.isValid();
+         match = m_highlightFindRegexp.next(styled.text, match.end()))
         result.append({match.start, match.end(), s_scheme.match});
     const QSelection& pair = m_editor.matchedPair();
     if (pair.isValid())

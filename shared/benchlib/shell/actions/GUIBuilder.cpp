@@ -54,9 +54,10 @@ void GUIBuilder::readColors()
             continue;
         for (QDomElement child = scheme.firstChildElement(); !child.isNull();
              child = child.nextSiblingElement()) {
-            const ColorElement color{child.attribute(u"name"_s), child.attribute(u"foreground"_s),
+            const ColorElement color{child.attribute(u"foreground"_s),
                                      child.attribute(u"background"_s)};
-            (child.tagName() == u"class" ? m_classColors : m_widgetColors).append(color);
+            auto& colors = child.tagName() == u"class" ? m_classColors : m_widgetColors;
+            colors.insert(child.attribute(u"name"_s), color);
         }
     }
 }
@@ -93,7 +94,7 @@ bool GUIBuilder::populate(QWidget* widget, const QString& name)
     return true;
 }
 
-QStringList GUIBuilder::namesBelow(const QString& tag)
+QStringList GUIBuilder::iterateAndCollect(const QString& tag)
 {
     QStringList names;
     const QDomNodeList elements = m_description.document().elementsByTagName(tag);
@@ -105,12 +106,12 @@ QStringList GUIBuilder::namesBelow(const QString& tag)
     return names;
 }
 
-QStringList GUIBuilder::menus() { return namesBelow(u"menu"_s); }
+QStringList GUIBuilder::menus() { return iterateAndCollect(u"menu"_s); }
 
 QStringList GUIBuilder::toolBars()
 {
     QStringList names;
-    for (const QString& name : namesBelow(u"define"_s))
+    for (const QString& name : iterateAndCollect(u"define"_s))
         if (name.endsWith(u"Toolbar"))
             names.append(name);
     return names;

@@ -22,7 +22,6 @@ class GUIBuilder : public QObject, public StringProvider {
     Q_OBJECT
 public:
     struct ColorElement {
-        QString name;
         QString foreground;
         QString background;
     };
@@ -53,9 +52,12 @@ public:
     /// An entry that toggles a Boolean setting; nothing for another. Null for nothing.
     PropertyAction* addPropertyToWidget(QWidget* widget, EnvironmentPropertyValue* value);
 
-    /// Colours of the scheme in use, by the name of a class or a widget.
-    const QList<ColorElement>& classColorElements() const { return m_classColors; }
-    const QList<ColorElement>& widgetColorElements() const { return m_widgetColors; }
+    /// Colours of the scheme in use, by the name of a class or a widget; empty for another.
+    ColorElement classColorElement(const QString& name) const { return m_classColors.value(name); }
+    ColorElement widgetColorElement(const QString& name) const
+    {
+        return m_widgetColors.value(name);
+    }
 
 public slots:
     /// Brings the check marks of the setting's entries up to date.
@@ -65,7 +67,7 @@ private:
     using Handler = void (GUIBuilder::*)(QWidget* widget, const QDomElement& element);
 
     QDomElement findElement(const QString& name);
-    QStringList namesBelow(const QString& tag);
+    QStringList iterateAndCollect(const QString& tag);
     void iterateAndPopulate(QWidget* widget, const QDomElement& parent);
     void addItem(QWidget* widget, const QDomElement& element);
     void addMultiAction(QWidget* widget, const QString& names);
@@ -83,8 +85,8 @@ private:
     QString m_error;
     QHash<QString, QPointer<QObject>> m_objects;
     QHash<QString, QList<QPointer<PropertyAction>>> m_propertyActions;
-    QList<ColorElement> m_classColors;
-    QList<ColorElement> m_widgetColors;
+    QHash<QString, ColorElement> m_classColors;
+    QHash<QString, ColorElement> m_widgetColors;
 };
 
 /// Null until its owner sets it.

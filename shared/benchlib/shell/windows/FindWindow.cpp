@@ -68,15 +68,20 @@ FindWindow::FindWindow(BuildLogModel& log, QWidget* parent)
     m_status->setWordWrap(true);
 
     auto* modes = new QHBoxLayout;
-    const QString names[] = {tr("Find"), tr("Replace"), tr("Find In Files"),
-                             tr("Replace In Files")};
-    for (int i = 0; i < 4; ++i) {
+    const std::pair<QString, void (FindWindow::*)()> names[] = {
+        {tr("Find"), &FindWindow::findToggled},
+        {tr("Replace"), &FindWindow::replaceToggled},
+        {tr("Find In Files"), &FindWindow::findInFilesToggled},
+        {tr("Replace In Files"), &FindWindow::replaceInFilesToggled},
+    };
+    for (const auto& [name, toggled] : names) {
         auto* button = new QToolButton(form);
-        button->setText(names[i]);
+        button->setText(name);
         button->setCheckable(true);
         button->setAutoRaise(true);
-        m_modes->addButton(button, i);
+        m_modes->addButton(button, static_cast<int>(m_modes->buttons().size()));
         modes->addWidget(button);
+        connect(button, &QToolButton::clicked, this, toggled);
     }
     modes->addStretch();
 
@@ -116,8 +121,6 @@ FindWindow::FindWindow(BuildLogModel& log, QWidget* parent)
     layout->addStretch();
     setWidget(form);
 
-    connect(m_modes, &QButtonGroup::idClicked, this,
-            [this](int id) { setMode(static_cast<Mode>(id)); });
     connect(m_text, &QComboBox::editTextChanged, this, &FindWindow::updateButtons);
     connect(m_text->lineEdit(), &QLineEdit::returnPressed, this, &FindWindow::findNext);
     connect(m_lookIn, &QComboBox::currentIndexChanged, this, &FindWindow::lookInChanged);

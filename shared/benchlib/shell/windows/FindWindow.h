@@ -44,6 +44,12 @@ public:
     /// Ends a search through files.
     void stop();
 
+public slots:
+    void findToggled() { setMode(Mode::Find); }
+    void replaceToggled() { setMode(Mode::Replace); }
+    void findInFilesToggled() { setMode(Mode::FindInFiles); }
+    void replaceInFilesToggled() { setMode(Mode::ReplaceInFiles); }
+
 signals:
     /// Around a search through files.
     void searchStarted();
