@@ -246,14 +246,7 @@ void CodeEditor::insertFile()
         prompts().warn(text);
         return;
     }
-    const QByteArray bytes = file.readAll();
-    const TextEncoding encoding = TextEncoding::forFile(
-        TextEncoding::Default.toString(), bytes.first(std::min<qsizetype>(3, bytes.size())));
-    bool lossless = true;
-    QString text = encoding.decode(bytes, lossless);
-    if (!lossless)
-        text = QString::fromLatin1(bytes);
-    insert(text);
+    insert(TextEncoding::textOf(file.readAll()));
 }
 
 // Templates

@@ -2,6 +2,7 @@
 
 #include <QTextCodec>
 
+#include <algorithm>
 #include <limits>
 
 using namespace Qt::Literals::StringLiterals;
@@ -48,6 +49,15 @@ TextEncoding TextEncoding::forFile(const QString& name, QByteArrayView firstByte
     if (!result.m_codec)
         result.m_codec = QTextCodec::codecForLocale();
     return result;
+}
+
+QString TextEncoding::textOf(QByteArrayView bytes)
+{
+    const TextEncoding encoding =
+        forFile(Default.toString(), bytes.first(std::min<qsizetype>(3, bytes.size())));
+    bool lossless = true;
+    const QString text = encoding.decode(bytes, lossless);
+    return lossless ? text : QString::fromLatin1(bytes);
 }
 
 TextEncoding TextEncoding::named(const QString& name)

@@ -14,6 +14,9 @@ public:
     /// Of that name, or the user's own if there is none; `Default` by the first bytes of a file,
     /// whose byte order mark is remembered and written again.
     static TextEncoding forFile(const QString& name, QByteArrayView firstBytes);
+    /// The text of a file in the user's encoding, or that of its mark; in ISO-8859-1, which has a
+    /// character for each byte, if some bytes stand for nothing.
+    static QString textOf(QByteArrayView bytes);
     /// For writing. 16-bit ones get a byte order mark, without which nobody could tell them.
     static TextEncoding named(const QString& name);
 

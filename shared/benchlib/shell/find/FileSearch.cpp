@@ -108,13 +108,7 @@ void FileSearch::findInFile(const QFileInfo& info)
         && (bytes.first(std::min<qsizetype>(bytes.size(), 8000)).contains('\0')
             || !m_search.mayMatch(bytes)))
         return;
-    const TextEncoding encoding = TextEncoding::forFile(
-        TextEncoding::Default.toString(), bytes.first(std::min<qsizetype>(3, bytes.size())));
-    bool lossless = true;
-    QString text = encoding.decode(bytes, lossless);
-    if (!lossless)
-        text = QString::fromLatin1(bytes);
-
+    const QString text = TextEncoding::textOf(bytes);
     bool inGroup = false;
     int number = 0;
     for (const QStringView line : QStringView(text).tokenize(u'\n')) {
