@@ -272,13 +272,18 @@ TEST(Fence, KeepsTheCaretFromTheEdges)
     editor.setSettings(settings);
     editor.setVisibleSize(20, 80);
     editor.setText(QString(u"x\n"_s).repeated(100));
-    for (int i = 0; i < 30; ++i)
+    // Once it is reached, the text goes on line by line with the caret.
+    for (int i = 0; i < 30; ++i) {
         editor.lineDown();
+        EXPECT_EQ(editor.topLine(), std::max(0, editor.caret().line - (20 - 5) + 1));
+    }
     EXPECT_EQ(editor.caret().line, 30);
-    EXPECT_LE(editor.caret().line, editor.topLine() + 20 - 5);
-    for (int i = 0; i < 12; ++i)
+    for (int i = 0; i < 20; ++i) {
+        const int before = editor.topLine();
         editor.lineUp();
-    EXPECT_GE(editor.caret().line, editor.topLine() + 5);
+        EXPECT_EQ(editor.topLine(), std::min(before, editor.caret().line - 5 - 1));
+    }
+    EXPECT_EQ(editor.caret().line, 10);
 }
 
 } // namespace

@@ -80,14 +80,15 @@ void CodeEditor::keepFence(QCodeBufferPosition caretBefore, unsigned& flags)
     if (!m_settings.marginsEnabled || m_visibleLines <= LeastLinesForFence)
         return;
     const int line = caret().line;
-    const int above = m_topLine + m_settings.topMargin;
-    const int below = m_topLine + m_visibleLines - m_settings.bottomMargin - 1;
-    if (caretBefore.line == above || caretBefore.line == below)
+    const int lastAbove = m_topLine + m_settings.topMargin;
+    const int firstBelow = m_topLine + m_visibleLines - m_settings.bottomMargin;
+    // A caret that was put within a margin moves there without the text following it.
+    if (caretBefore.line <= lastAbove || caretBefore.line >= firstBelow)
         return;
     const int top = m_topLine;
-    if (line < above)
+    if (line <= lastAbove)
         m_topLine = std::max(0, line - m_settings.topMargin - 1);
-    else if (line > below)
+    else if (line >= firstBelow)
         m_topLine = std::clamp(line - m_visibleLines + 1 + m_settings.bottomMargin, 0,
                                std::max(0, count() - 1));
     if (top != m_topLine) {
