@@ -63,6 +63,7 @@ int main(int argc, char** argv)
     GantryBenchEnvironmentSettings settings;
     initSettings(settings);
     CodeEditPreferences::applyToAll(settings);
+    CodeEditPreferences::restoreClipboardRing(settings);
     Actions allActions;
     actions = &allActions;
 
@@ -73,6 +74,7 @@ int main(int argc, char** argv)
     if (options.positionalArguments().isEmpty())
         window.newDocument();
     const int status = QApplication::exec();
+    CodeEditPreferences::keepClipboardRing(settings);
     settings.saveSettings();
     return status;
 }

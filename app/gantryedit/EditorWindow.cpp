@@ -14,6 +14,7 @@
 #include "shell/actions/GUIBuilder.h"
 #include "shell/dialogs/FindFilesDialog.h"
 #include "shell/windows/FindWindow.h"
+#include "shell/windows/MiniToolbar.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -138,6 +139,7 @@ CodeEdit* EditorWindow::addEdit()
         guiBuilder->populate(&menu, overMargin ? u"EditorMarginMenu"_s : u"EditorTextMenu"_s);
         menu.exec(at);
     });
+    new MiniToolbar(*edit);
     for (const auto signal :
          {&CodeEditor::modStateChanged, &CodeEditor::renamed, &CodeEditor::saved})
         connect(&edit->editor(), signal, this, [this, edit] { updateTab(edit); });
@@ -406,7 +408,8 @@ void EditorWindow::showMessage(const QString& text) { statusBar()->showMessage(t
 
 void EditorWindow::settingChanged(const QString& key)
 {
-    if (!key.startsWith(u"Text Editor/") || key.startsWith(u"Text Editor/Find/"))
+    const bool ofEditors = key.startsWith(u"Text Editor/") && !key.startsWith(u"Text Editor/Find/");
+    if (!ofEditors && !key.startsWith(u"Environment/Clipboard Ring/"))
         return;
     CodeEditPreferences::applyToAll(*environment);
     for (int i = 0; i < m_tabs->count(); ++i)

@@ -12,6 +12,7 @@
 #include "shell/actions/GUIBuilder.h"
 #include "shell/dialogs/FindFilesDialog.h"
 #include "shell/windows/FindWindow.h"
+#include "shell/windows/MiniToolbar.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -29,6 +30,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 #include <QTreeWidget>
 #include <QUrl>
 
@@ -261,6 +263,40 @@ TEST_F(EditorWindowTest, SettingsTakeEffectAtOnce)
     EXPECT_TRUE(CodeEdit::colorScheme().isDark());
     m_settings.colorScheme->setPropertyValue(u"Gantry Standard"_s);
     EXPECT_FALSE(CodeEdit::colorScheme().isDark());
+}
+
+TEST_F(EditorWindowTest, AMiniToolbarFollowsAMouseSelection)
+{
+    m_window->open(Path(path(u"one.c"_s)));
+    CodeEdit& edit = *m_window->current();
+    const auto* strip = edit.viewport()->findChild<MiniToolbar*>();
+    ASSERT_TRUE(strip);
+    const auto drag = [&] {
+        edit.editor().dropSelection();
+        QTest::mousePress(edit.viewport(), Qt::LeftButton, {}, edit.pointOf({0, 0}).toPoint());
+        QTest::mouseMove(edit.viewport(), edit.pointOf({0, 3}).toPoint());
+        QTest::mouseRelease(edit.viewport(), Qt::LeftButton, {}, edit.pointOf({0, 3}).toPoint());
+        ASSERT_EQ(edit.editor().selectedText(), u"int"_s);
+    };
+    drag();
+    EXPECT_FALSE(strip->isVisible()) << "not wanted";
+    m_settings.miniToolbar->setPropertyValue(u"Yes"_s);
+    drag();
+    ASSERT_TRUE(strip->isVisible());
+    EXPECT_TRUE(edit.viewport()->rect().contains(strip->geometry()));
+    EXPECT_FALSE(strip->geometry().contains(edit.pointOf({0, 3}).toPoint()));
+    const QList<QToolButton*> buttons = strip->findChildren<QToolButton*>();
+    ASSERT_FALSE(buttons.isEmpty());
+    EXPECT_EQ(buttons.first()->defaultAction(), actions->editCut);
+    QTest::mouseClick(buttons.first(), Qt::LeftButton);
+    EXPECT_EQ(edit.editor().buffer().text(0), u" one;"_s);
+    EXPECT_FALSE(strip->isVisible());
+    edit.execute(EditCommand::undo);
+    drag();
+    QTest::keyClick(&edit, Qt::Key_Right);
+    EXPECT_FALSE(strip->isVisible()) << "a key";
+    edit.execute(EditCommand::undo);
+    edit.editor().resetModified();
 }
 
 TEST_F(EditorWindowTest, MenusChooseLanguageEncodingAndLineEnds)

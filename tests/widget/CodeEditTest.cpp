@@ -287,6 +287,26 @@ TEST_F(CodeEditTest, KeysOfNoUseGoOn)
     EXPECT_EQ(help[0][0].toString(), u"two"_s);
 }
 
+TEST_F(CodeEditTest, KeypadOperatorsAreCommandsWhereWanted)
+{
+    const auto press = [this](Qt::Key key) { QTest::keyClick(&m_edit, key, Qt::KeypadModifier); };
+    editor().setText(u"one"_s);
+    press(Qt::Key_Plus);
+    EXPECT_EQ(editor().getAllText(), QStringList(u"+one"_s));
+    m_edit.setKeypadEdits(true);
+    editor().selectAll();
+    press(Qt::Key_Minus);
+    EXPECT_EQ(editor().getAllText(), QStringList(QString()));
+    EXPECT_EQ(QApplication::clipboard()->text(), u"+one"_s);
+    press(Qt::Key_Asterisk);
+    EXPECT_EQ(editor().getAllText(), QStringList(u"+one"_s));
+    press(Qt::Key_Slash);
+    press(Qt::Key_7);
+    EXPECT_EQ(editor().getAllText(), QStringList(u"7"_s));
+    QTest::keyClick(&m_edit, Qt::Key_Minus);
+    EXPECT_EQ(editor().getAllText(), QStringList(u"7-"_s)) << "not on the keypad";
+}
+
 TEST_F(CodeEditTest, AnArgumentRepeatsTheNextMotion)
 {
     editor().setText(QString(u'x').repeated(40));
@@ -602,6 +622,17 @@ TEST_F(CodeEditTest, SettingsTakeEffect)
     m_edit.grab();
     CodeDocument::setUndoMode(CodeDocument::UndoMode::Words);
     CodeEditor::setCodeTemplates({});
+
+    // The clipboard ring stays for the next session only if the user wants it.
+    clipboardRing().setTexts({u"a;b"_s, u"two\nlines"_s, QString(200'000, u'x')});
+    CodeEditPreferences::keepClipboardRing(settings);
+    EXPECT_EQ(settings.clipboardRingContents->toStringList(), QStringList());
+    set(u"Environment/Clipboard Ring/Save"_s, u"Yes"_s);
+    CodeEditPreferences::keepClipboardRing(settings);
+    clipboardRing().clear();
+    CodeEditPreferences::restoreClipboardRing(settings);
+    EXPECT_EQ(clipboardRing().texts(), (QStringList{u"a;b"_s, u"two\nlines"_s}));
+    clipboardRing().clear();
 }
 
 TEST(CaretStyle, IsReadFromItsText)

@@ -95,6 +95,13 @@ constexpr Row Defaults[] = {
     {Shift + Ctrl + Qt::Key_Colon, columnize},
 };
 
+constexpr Row Keypad[] = {
+    {Qt::Key_Plus, copy},
+    {Qt::Key_Minus, cut},
+    {Qt::Key_Asterisk, undo},
+    {Qt::Key_Slash, redo},
+};
+
 } // namespace
 
 KeyMap::KeyMap()
@@ -116,4 +123,12 @@ std::optional<EditCommand> KeyMap::command(int code) const
     if (found == m_commands.end())
         return {};
     return *found;
+}
+
+std::optional<EditCommand> KeyMap::keypadCommand(int key)
+{
+    for (const Row& row : Keypad)
+        if (row.code == key)
+            return row.command;
+    return {};
 }

@@ -22,6 +22,8 @@ public:
 
     static int code(int key, Qt::KeyboardModifiers modifiers);
     std::optional<EditCommand> command(int code) const;
+    /// Of a key of the numeric keypad, where those are for editing.
+    static std::optional<EditCommand> keypadCommand(int key);
     /// Any other command of that key goes.
     void set(int code, EditCommand command) { m_commands.insert(code, command); }
     void remove(int code) { m_commands.remove(code); }

@@ -109,6 +109,10 @@ public:
     void setPointerShape(Qt::CursorShape shape);
 
     KeyMap& keyMap() { return m_keyMap; }
+    /// Whether the operators of the numeric keypad are commands; see KeyMap::keypadCommand.
+    void setKeypadEdits(bool enabled) { m_keypadEdits = enabled; }
+    /// Whether a selection that the mouse has made is followed by a mini toolbar.
+    void setMiniToolbar(bool enabled) { m_miniToolbar = enabled; }
     /// The matches of that search are shown; none for one that isn't valid.
     static void setHighlightFind(const TextSearch& search);
 
@@ -152,6 +156,8 @@ signals:
     /// Commands that more than the editor is needed for.
     void commandRequested(EditCommand command);
     void contextMenuRequested(const QPoint& globalPosition, bool overMargin);
+    /// At that place of the viewport the mouse has ended a selection.
+    void miniToolbarRequested(const QPoint& point);
 
 protected:
     // For editors that know the debugger.
@@ -164,6 +170,8 @@ protected:
     virtual void controlClick(QCodeBufferPosition position) { Q_UNUSED(position) }
     /// The pointer moves over the text while Ctrl is down.
     virtual void controlMove(QCodeBufferPosition position) { Q_UNUSED(position) }
+    /// The mouse has ended a selection at that place of the viewport.
+    virtual void showMiniPalette(QPoint point) { emit miniToolbarRequested(point); }
     /// The pointer rests at that place of the viewport.
     virtual void maybeTip(QPoint point, QPoint globalPoint);
 
@@ -217,6 +225,7 @@ private:
     QString lineNumberText(int line);
     double textLeft() const { return marginWidth(); }
 
+    std::optional<EditCommand> commandOf(const QKeyEvent& event) const;
     void pressInMargin(QMouseEvent* event);
     void beginMouseSelection(MouseMode mode);
     void extendByMouse(QPointF point);
@@ -247,6 +256,8 @@ private:
     bool m_dragDrop = true;
     bool m_copyOnSelect = false;
     bool m_pasteOnMiddle = true;
+    bool m_keypadEdits = false;
+    bool m_miniToolbar = false;
     bool m_showDiagnostics = true;
     bool m_boldDiagnostics = false;
 

@@ -43,12 +43,19 @@ bool isText(const QKeyEvent& event)
 
 } // namespace
 
+std::optional<EditCommand> CodeEdit::commandOf(const QKeyEvent& event) const
+{
+    if (m_keypadEdits && event.modifiers() == Qt::KeypadModifier)
+        if (const std::optional<EditCommand> command = KeyMap::keypadCommand(event.key()))
+            return command;
+    return m_keyMap.command(KeyMap::code(event.key(), event.modifiers()));
+}
+
 void CodeEdit::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Control && m_diagnostic)
         m_diagnostic->setOpacity(DimmedOpacity);
-    const int code = KeyMap::code(event->key(), event->modifiers());
-    if (const std::optional<EditCommand> command = m_keyMap.command(code)) {
+    if (const std::optional<EditCommand> command = commandOf(*event)) {
         m_editor.execute(*command);
         event->accept();
         return;
@@ -283,6 +290,8 @@ void CodeEdit::mouseReleaseEvent(QMouseEvent* event)
         clipboard->setText(m_editor.selectedText(), QClipboard::Selection);
     if (m_copyOnSelect)
         m_editor.execute(EditCommand::copy);
+    if (m_miniToolbar)
+        showMiniPalette(event->position().toPoint());
 }
 
 void CodeEdit::wheelEvent(QWheelEvent* event)

@@ -38,6 +38,24 @@ void CodeEditPreferences::applyToAll(const EnvironmentSettings& settings)
     applyColors(settings);
 }
 
+void CodeEditPreferences::restoreClipboardRing(const EnvironmentSettings& settings)
+{
+    if (settings.clipboardRingSave->toBool())
+        clipboardRing().setTexts(settings.clipboardRingContents->toStringList());
+}
+
+void CodeEditPreferences::keepClipboardRing(EnvironmentSettings& settings)
+{
+    // The settings are read at every start: a text that was copied as a whole doesn't belong there.
+    constexpr qsizetype longestKept = 100'000;
+    QStringList kept;
+    if (settings.clipboardRingSave->toBool())
+        for (const QString& text : clipboardRing().texts())
+            if (text.size() <= longestKept)
+                kept.append(text);
+    settings.clipboardRingContents->setValue(kept);
+}
+
 void CodeEditPreferences::apply(const EnvironmentSettings& settings, CodeEdit& edit)
 {
     CodeEditSettings values;
@@ -73,6 +91,8 @@ void CodeEditPreferences::apply(const EnvironmentSettings& settings, CodeEdit& e
     edit.setHighlightCaretLine(settings.highlightCursorLine->toBool());
     edit.setDiagnostics(settings.enablePopupDiagnostics->toBool(),
                         settings.boldPopupDiagnostics->toBool());
+    edit.setKeypadEdits(settings.numericKeypadEnabled->toBool());
+    edit.setMiniToolbar(settings.miniToolbar->toBool());
     edit.setPointerShape(settings.ibeamCursor->toBool() ? Qt::IBeamCursor : Qt::ArrowCursor);
     // The settings have their choices in the order of Qt's.
     edit.setHorizontalScrollBarPolicy(
