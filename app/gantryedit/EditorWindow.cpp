@@ -383,7 +383,7 @@ void EditorWindow::checkDiskState(CodeEdit* edit)
     CodeEditor& editor = edit->editor();
     const QString name = edit->fileName();
     if (!QFileInfo::exists(name)) {
-        editor.acceptDiskState();
+        editor.keepAgainstDisk();
         showMessage(tr("%1 has been removed from the disk").arg(name));
     } else {
         const bool asks =
@@ -398,7 +398,7 @@ void EditorWindow::checkDiskState(CodeEdit* edit)
         if (reload && editor.load(editor.filename()))
             editor.setCaretPosition(caret);
         else
-            editor.acceptDiskState();
+            editor.keepAgainstDisk();
     }
     m_checkingDisk = false;
     updateState();

@@ -194,6 +194,18 @@ TEST_F(EditorWindowTest, TellsOfFilesThatOthersWrite)
     m_window->tabs()->setCurrentIndex(0);
     EXPECT_EQ(m_window->current()->editor().buffer().text(0), u"int other;"_s);
     EXPECT_TRUE(m_window->statusBar()->currentMessage().contains(u"has been removed"));
+    EXPECT_TRUE(m_window->current()->modified()) << "the text is nowhere else";
+    EXPECT_TRUE(m_window->current()->save());
+    EXPECT_EQ(read(u"one.c"_s), "int other;\n");
+    EXPECT_FALSE(m_window->current()->modified());
+    // A text that is kept against a newer file isn't the file's.
+    m_window->tabs()->setCurrentIndex(1);
+    write(u"one.c"_s, "int newer;\n");
+    answer(u"&No"_s);
+    m_window->tabs()->setCurrentIndex(0);
+    EXPECT_EQ(m_window->current()->editor().buffer().text(0), u"int other;"_s);
+    EXPECT_TRUE(m_window->current()->modified());
+    m_window->current()->editor().resetModified();
 }
 
 TEST_F(EditorWindowTest, LeadsFromSearchResultsToLines)

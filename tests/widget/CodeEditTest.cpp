@@ -159,6 +159,14 @@ TEST_F(CodeEditTest, MouseSelectsCharactersWordsAndLines)
     // The right button leaves the selection that it is over.
     QTest::mouseClick(m_edit.viewport(), Qt::RightButton, {}, pointOf({2, 2}));
     EXPECT_EQ(editor().selectedText(), u"iv"_s);
+    // What isn't a word is a run of its own, beside a word as well.
+    editor().setText(u"x=a->b;"_s);
+    for (const int column : {3, 4}) {
+        const QPoint inside = pointOf({0, column}) + QPoint(2, 0);
+        QTest::mouseDClick(m_edit.viewport(), Qt::LeftButton, {}, inside);
+        EXPECT_EQ(editor().selectedText(), u"->"_s) << column;
+        QTest::mouseRelease(m_edit.viewport(), Qt::LeftButton, {}, inside);
+    }
 }
 
 TEST_F(CodeEditTest, PlacesAndPointsAgree)

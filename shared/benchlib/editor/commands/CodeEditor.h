@@ -70,6 +70,9 @@ public:
     static bool isWordChar(QChar c) { return c.isLetterOrNumber() || c == u'_'; }
     /// The word around, or just ahead of the place; not valid if there is none.
     QSelection wordAt(QCodeBufferPosition position) const;
+    /// The word, or the run of other characters, that the character at the place belongs to; not
+    /// valid behind the end of a line.
+    QSelection runAt(QCodeBufferPosition position) const;
     QString wordUnder(QCodeBufferPosition position) const;
 
     // Commands

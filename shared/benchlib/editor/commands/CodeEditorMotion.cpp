@@ -331,6 +331,16 @@ void CodeEditor::selectLine()
     select({{line, 0}, line + 1 < count() ? Place{line + 1, 0} : endOfLine()});
 }
 
+QSelection CodeEditor::runAt(QCodeBufferPosition position) const
+{
+    const QStringView text = buffer().view(position.line);
+    if (position.column >= text.size())
+        return {};
+    const CharClass kind = classOf(text[position.column]);
+    return {{position.line, skipBack(text, position.column, kind)},
+            {position.line, skipForward(text, position.column, kind)}};
+}
+
 void CodeEditor::selectWord()
 {
     QSelection word = wordAt(caret());

@@ -162,8 +162,8 @@ public:
     qint64 sizeInBytes() const { return m_sizeInBytes; }
     /// Whether another program has written or removed the file since.
     bool changedOnDisk() const;
-    /// From then on the file counts as known as it is.
-    void acceptDiskState();
+    /// The text stays, whatever another program did to the file; it counts as modified.
+    void keepAgainstDisk();
     static int backupFileDepth() { return s_backupFileDepth; }
     static void setBackupFileDepth(int depth) { s_backupFileDepth = depth; }
 
@@ -210,6 +210,8 @@ private:
         bool operator==(const State&) const = default;
     };
     State state() const;
+    static constexpr qint64 NoRevision = -1;
+    void noteFile();
     void setLineEnding(LineEnding ending);
     void record(std::unique_ptr<CodeEditAction> action);
     void replay(UndoStack& from, UndoStack& to, bool undo);

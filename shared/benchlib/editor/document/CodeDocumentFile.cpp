@@ -76,7 +76,7 @@ bool CodeDocument::load(const Path& path)
         return false;
 
     setFilename(path, true);
-    acceptDiskState();
+    noteFile();
     setModState(path.writable() ? ModState::Writable : ModState::ReadOnly, true);
     if (binary)
         setModState(ModState::Locked, true);
@@ -167,7 +167,15 @@ bool CodeDocument::changedOnDisk() const
     return !info.exists() || info.lastModified() != m_fileTime || info.size() != m_sizeInBytes;
 }
 
-void CodeDocument::acceptDiskState()
+void CodeDocument::keepAgainstDisk()
+{
+    noteFile();
+    m_savedState.revision = NoRevision;
+    emit modStateChanged();
+}
+
+/// By which a change by another program is told.
+void CodeDocument::noteFile()
 {
     const QFileInfo info(m_filename.osPath());
     m_fileTime = info.lastModified();
@@ -293,7 +301,7 @@ bool CodeDocument::saveFile(const Path& path)
 bool CodeDocument::finishSaving(const Path& path)
 {
     m_sizeInBytes = QFileInfo(path.osPath()).size();
-    acceptDiskState();
+    noteFile();
     setModState(ModState::Writable, true);
     resetModified();
     beginUpdate(Quiet | KeepScroll);

@@ -216,7 +216,7 @@ void CodeEdit::beginMouseSelection(MouseMode mode)
 {
     m_mouseMode = mode;
     if (mode == MouseMode::Words)
-        m_editor.selectWord();
+        m_editor.select(m_editor.runAt(m_editor.caret()));
     else
         m_editor.selectLine();
     m_mouseAnchor = m_editor.selection();
