@@ -30,6 +30,7 @@ int distance(const QRect& rect, QPoint point)
 MiniToolbar::MiniToolbar(CodeEdit& edit) : WidgetStrip(edit.viewport()), m_edit(edit)
 {
     setFrameShape(QFrame::StyledPanel);
+    setBackgroundRole(QPalette::Window);
     setAutoFillBackground(true);
     setCursor(Qt::ArrowCursor);
     guiBuilder->populate(this, u"EditorMiniPalette"_s);
