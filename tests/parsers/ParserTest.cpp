@@ -128,6 +128,8 @@ TEST(CParser, FollowsTextsAndCommentsOverLines)
                      {u"'a\\"_s, u"LLL"_s, 0x27},
                      {u""_s, u""_s, 0},
                      {u"\"a\\\\\" x"_s, u"LLLLL.."_s, 0},
+                     {u"\"a\\\\"_s, u"LLLL"_s, 0x22},
+                     {u"b\" x"_s, u"LL.."_s, 0},
                      {u"\"/*\" /* \" */ x"_s, u"LLLL.CCCCCCC.."_s, 0},
                  });
 }

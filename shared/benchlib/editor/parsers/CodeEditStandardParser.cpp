@@ -131,10 +131,10 @@ void CodeEditStandardParser::copyLiteral(MarkedLine& line)
         m_state = line.peek();
         line.copy();
     }
-    bool goesOn = false;
+    // Lines are joined before anything else is made of them, so this backslash can't be quoted.
+    const bool goesOn = line.rest().endsWith(Backslash);
     while (!line.atEnd()) {
         const char16_t c = line.peek();
-        goesOn = c == Backslash && line.remaining() == 1;
         line.copy(c == Backslash ? 2 : 1);
         if (c == m_state) {
             m_state = Normal;
