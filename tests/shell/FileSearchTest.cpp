@@ -1,13 +1,18 @@
 #include "shell/find/FileSearch.h"
 #include "build/log/BuildLogModel.h"
+#include "editor/find/HistoryCombo.h"
 #include "editor/widget/CodeEdit.h"
+#include "projects/settings/EnvironmentSettings.h"
 #include "shell/dialogs/FindFilesDialog.h"
 #include "shell/windows/FindWindow.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QFocusEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -24,6 +29,7 @@ class FileSearchTest : public testing::Test {
 protected:
     FileSearchTest()
     {
+        LastSearch().remember();
         write(u"b.c"_s, "int main(void)\n{\n\treturn main2;\n}\n");
         write(u"a.h"_s, "extern int mainland;\r\n");
         write(u"binary.bin"_s, QByteArray("main\0main", 9));
@@ -90,6 +96,10 @@ TEST_F(FileSearchTest, KeepsToTypesFoldersAndWords)
     search.folder = m_folder.filePath(u"missing"_s);
     EXPECT_EQ(m_search.run(search), FileSearch::Outcome::NoSuchFolder);
     EXPECT_EQ(m_search.summary(), u"The folder '%1' doesn't exist"_s.arg(search.folder));
+    search = request(u";$"_s);
+    search.options = FindOption::RegularExpression;
+    m_search.run(search);
+    EXPECT_EQ(m_search.found(), 2) << "whatever ends the lines";
     search = request(u"("_s);
     search.options = FindOption::RegularExpression;
     EXPECT_EQ(m_search.run(search), FileSearch::Outcome::BadExpression);
@@ -166,6 +176,46 @@ TEST_F(FileSearchTest, TheWindowReplacesInFilesAndInOpenEditors)
     EXPECT_EQ(bytes(u"a.h"_s), "extern int startland;\r\n");
     EXPECT_EQ(bytes(u"latin.c"_s), "// \xE4 start\n");
     EXPECT_EQ(bytes(u"binary.bin"_s), QByteArray("main\0main", 9));
+}
+
+TEST_F(FileSearchTest, ReplacingChangesNothingElse)
+{
+    write(u"mixed.c"_s, "main\r\nx\n");
+    write(u"mac.c"_s, "x\rmain\r");
+    m_search.run(request(u"main"_s));
+    const FileReplacing::Result result = FileReplacing::run(m_search, u"start"_s, {});
+    EXPECT_EQ(result.replaced, 7);
+    EXPECT_EQ(result.failed, QStringList(m_folder.filePath(u"mixed.c"_s)))
+        << "its line ends would have changed";
+    const auto bytes = [&](const QString& name) {
+        QFile file(m_folder.filePath(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    EXPECT_EQ(bytes(u"mixed.c"_s), "main\r\nx\n");
+    EXPECT_EQ(bytes(u"mac.c"_s), "x\rstart\r");
+}
+
+TEST_F(FileSearchTest, FieldsShareTheirHistory)
+{
+    EnvironmentSettings settings;
+    settings.init(m_folder.filePath(u"a.xml"_s), m_folder.filePath(u"b.xml"_s));
+    settings.createEntries();
+    settings.findHistory->setValue(QStringList{u"mainland"_s});
+    HistoryCombo first(settings.findHistory, 10, nullptr);
+    HistoryCombo second(settings.findHistory, 10, nullptr);
+    first.setEditText({});
+    QTest::keyClicks(&first, u"ma"_s);
+    EXPECT_EQ(first.currentText(), u"ma"_s) << "no text that began so";
+    first.remember();
+    EXPECT_EQ(first.itemText(0), u"ma"_s);
+    second.setEditText(u"being typed"_s);
+    second.lineEdit()->setSelection(0, 5);
+    QFocusEvent focus(QEvent::FocusIn);
+    QApplication::sendEvent(&second, &focus);
+    EXPECT_EQ(second.itemText(0), u"ma"_s);
+    EXPECT_EQ(second.itemText(1), u"mainland"_s);
+    EXPECT_EQ(second.currentText(), u"being typed"_s);
+    EXPECT_EQ(second.lineEdit()->selectedText(), u"being"_s);
 }
 
 TEST_F(FileSearchTest, TheWindowSearchesTheDocument)

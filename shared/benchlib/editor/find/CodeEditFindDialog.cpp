@@ -1,10 +1,10 @@
 #include "editor/find/CodeEditFindDialog.h"
 
+#include "editor/find/HistoryCombo.h"
 #include "editor/widget/CodeEdit.h"
 #include "projects/settings/EnvironmentSettings.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -16,37 +16,18 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QComboBox* makeCombo(QWidget* parent, const PropertyValue* history)
-{
-    auto* combo = new QComboBox(parent);
-    combo->setEditable(true);
-    combo->setInsertPolicy(QComboBox::NoInsert);
-    combo->setMinimumContentsLength(30);
-    combo->setCompleter(nullptr);
-    if (history)
-        combo->addItems(history->toStringList());
-    combo->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    return combo;
-}
-
-/// The most recent text is the first.
-void remember(QComboBox* combo, const QString& text)
-{
-    const int known = combo->findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive);
-    if (known >= 0)
-        combo->removeItem(known);
-    combo->insertItem(0, text);
-    combo->setCurrentIndex(0);
-}
+constexpr int FieldColumns = 30;
 
 } // namespace
 
 CodeEditFindDialog::CodeEditFindDialog(CodeEdit* edit, bool replacing, QWidget* parent)
     : QDialog(parent),
       m_edit(edit),
-      m_findText(makeCombo(this, environment ? environment->findHistory : nullptr)),
+      m_findText(
+          new HistoryCombo(environment ? environment->findHistory : nullptr, FieldColumns, this)),
       m_replaceLabel(new QLabel(u"Re&place with:"_s, this)),
-      m_replaceText(makeCombo(this, environment ? environment->replaceHistory : nullptr)),
+      m_replaceText(new HistoryCombo(environment ? environment->replaceHistory : nullptr,
+                                     FieldColumns, this)),
       m_wholeWord(new QCheckBox(u"Match &whole word only"_s, this)),
       m_matchCase(new QCheckBox(u"Match &case"_s, this)),
       m_regularExpression(new QCheckBox(u"Regular &expression"_s, this)),
@@ -185,18 +166,17 @@ LastSearch CodeEditFindDialog::search() const
 void CodeEditFindDialog::addCurrentToHistory()
 {
     search().remember();
-    const QString text = m_findText->currentText();
-    remember(m_findText, text);
+    m_findText->remember();
     if (m_replacing)
-        remember(m_replaceText, m_replaceText->currentText());
+        m_replaceText->remember();
 }
 
 void CodeEditFindDialog::findClicked()
 {
     addCurrentToHistory();
-    m_edit->editor().findAgain();
+    const bool found = m_edit->editor().findAgain();
     emit find();
-    if (!m_replacing && environment && !environment->keepFindDialogOpen->toBool())
+    if (found && !m_replacing && environment && !environment->keepFindDialogOpen->toBool())
         close();
 }
 

@@ -5,8 +5,8 @@
 #include <QDialog>
 
 class CodeEdit;
+class HistoryCombo;
 class QCheckBox;
-class QComboBox;
 class QGroupBox;
 class QLabel;
 class QPushButton;
@@ -42,9 +42,9 @@ private:
 
     CodeEdit* m_edit;
     bool m_replacing = false;
-    QComboBox* m_findText;
+    HistoryCombo* m_findText;
     QLabel* m_replaceLabel;
-    QComboBox* m_replaceText;
+    HistoryCombo* m_replaceText;
     QCheckBox* m_wholeWord;
     QCheckBox* m_matchCase;
     QCheckBox* m_regularExpression;

@@ -1,10 +1,10 @@
 #include "shell/dialogs/FindFilesDialog.h"
 
+#include "editor/find/HistoryCombo.h"
 #include "projects/settings/EnvironmentSettings.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
-#include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QGridLayout>
@@ -17,17 +17,12 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QComboBox* makeCombo(QWidget* parent, const PropertyValue* history, const QString& fallback)
+constexpr int FieldColumns = 36;
+
+HistoryCombo* makeCombo(QWidget* parent, PropertyValue* history, const QString& fallback)
 {
-    auto* combo = new QComboBox(parent);
-    combo->setEditable(true);
-    combo->setInsertPolicy(QComboBox::NoInsert);
-    combo->setMinimumContentsLength(36);
-    combo->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    if (history)
-        combo->addItems(history->toStringList());
-    if (combo->currentText().isEmpty())
-        combo->setEditText(fallback);
+    auto* combo = new HistoryCombo(history, FieldColumns, parent);
+    combo->setEditText(history ? history->toStringList().value(0, fallback) : fallback);
     return combo;
 }
 
@@ -120,15 +115,12 @@ FileSearch::Request FindFilesDialog::request() const
     return result;
 }
 
-void FindFilesDialog::remember() const
+void FindFilesDialog::remember()
 {
+    for (HistoryCombo* combo : {m_text, m_fileTypes, m_folder})
+        combo->remember();
     if (!environment)
         return;
-    EnvironmentSettings::addToHistoryStringList(environment->findHistory, m_text->currentText());
-    EnvironmentSettings::addToHistoryStringList(environment->findInFilesFileType,
-                                                m_fileTypes->currentText());
-    EnvironmentSettings::addToHistoryStringList(environment->findInFilesFolderHistory,
-                                                m_folder->currentText());
     environment->findInFilesMatchWholeWord->setValue(m_wholeWord->isChecked());
     environment->findInFilesMatchCase->setValue(m_matchCase->isChecked());
     environment->findInFilesUseRegExp->setValue(m_regularExpression->isChecked());

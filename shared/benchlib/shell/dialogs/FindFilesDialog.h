@@ -6,8 +6,8 @@
 
 #include <memory>
 
+class HistoryCombo;
 class QCheckBox;
-class QComboBox;
 class QLabel;
 class QPushButton;
 
@@ -32,14 +32,14 @@ private:
     void findClicked();
     void browse();
     FileSearch::Request request() const;
-    void remember() const;
+    void remember();
     void updateButtons();
 
     FileSearch m_search;
     bool m_running = false;
-    QComboBox* m_text;
-    QComboBox* m_fileTypes;
-    QComboBox* m_folder;
+    HistoryCombo* m_text;
+    HistoryCombo* m_fileTypes;
+    HistoryCombo* m_folder;
     QCheckBox* m_wholeWord;
     QCheckBox* m_matchCase;
     QCheckBox* m_regularExpression;

@@ -7,6 +7,24 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+
+/// Nobody is there to be asked; what would be asked speaks against writing the file.
+class Doubts : public DocumentPrompts {
+public:
+    bool any() const { return m_any; }
+    int ask(const QString&, const QStringList&, int escape) override
+    {
+        m_any = true;
+        return escape;
+    }
+
+private:
+    bool m_any = false;
+};
+
+} // namespace
+
 QString FileReplacing::Result::summary() const
 {
     QString text = replaced == 1
@@ -26,9 +44,11 @@ FileReplacing::Result FileReplacing::run(const FileSearch& search, const QString
     const QStringList files = search.files();
     for (const QString& path : files) {
         CodeEditor* const open = openEditor ? openEditor(path) : nullptr;
+        Doubts doubts;
         CodeEditor loaded;
+        loaded.setPrompts(&doubts);
         CodeEditor& editor = open ? *open : loaded;
-        const bool readable = open || loaded.load(Path(path));
+        const bool readable = open || (loaded.load(Path(path)) && !doubts.any());
         const int replaced = readable && !editor.isReadOnly()
             ? editor.replaceAll(request.text, replacement, request.options, false)
             : 0;

@@ -108,7 +108,11 @@ void FileSearch::findInFile(const QFileInfo& info)
         && (bytes.first(std::min<qsizetype>(bytes.size(), 8000)).contains('\0')
             || !m_search.mayMatch(bytes)))
         return;
-    const QString text = TextEncoding::textOf(bytes);
+    QString text = TextEncoding::textOf(bytes);
+    if (text.contains(u'\r')) {
+        text.replace(u"\r\n"_s, u"\n"_s);
+        text.replace(u'\r', u'\n');
+    }
     bool inGroup = false;
     int number = 0;
     for (const QStringView line : QStringView(text).tokenize(u'\n')) {

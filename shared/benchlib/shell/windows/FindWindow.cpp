@@ -1,5 +1,6 @@
 #include "shell/windows/FindWindow.h"
 
+#include "editor/find/HistoryCombo.h"
 #include "editor/widget/CodeEdit.h"
 #include "projects/settings/EnvironmentSettings.h"
 
@@ -21,18 +22,8 @@ namespace {
 /// What the first entries of "Look in" are; others are folders.
 enum LookIn { WholeDocument, SelectionOnly };
 
-QComboBox* makeCombo(QWidget* parent, const PropertyValue* history)
-{
-    auto* combo = new QComboBox(parent);
-    combo->setEditable(true);
-    combo->setInsertPolicy(QComboBox::NoInsert);
-    combo->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    combo->setMinimumContentsLength(16);
-    if (history)
-        combo->addItems(history->toStringList());
-    combo->setEditText({});
-    return combo;
-}
+constexpr int FieldColumns = 16;
+const QString AllFiles = u"*.*"_s;
 
 QString counted(qsizetype count, const QString& what)
 {
@@ -48,12 +39,14 @@ FindWindow::FindWindow(BuildLogModel& log, QWidget* parent)
 {
     setObjectName(u"FindWindow"_s);
     auto* form = new QWidget(this);
-    m_text = makeCombo(form, environment ? environment->findHistory : nullptr);
+    m_text = new HistoryCombo(environment ? environment->findHistory : nullptr, FieldColumns, form);
     m_replaceLabel = new QLabel(tr("Re&place with:"), form);
-    m_replacement = makeCombo(form, environment ? environment->replaceHistory : nullptr);
+    m_replacement =
+        new HistoryCombo(environment ? environment->replaceHistory : nullptr, FieldColumns, form);
     m_lookIn = new QComboBox(form);
     m_typesLabel = new QLabel(tr("File &types:"), form);
-    m_fileTypes = makeCombo(form, environment ? environment->findInFilesFileType : nullptr);
+    m_fileTypes = new HistoryCombo(environment ? environment->findInFilesFileType : nullptr,
+                                   FieldColumns, form);
     m_wholeWord = new QCheckBox(tr("Match &whole word"), form);
     m_matchCase = new QCheckBox(tr("Match &case"), form);
     m_regularExpression = new QCheckBox(tr("Regular &expression"), form);
@@ -63,8 +56,17 @@ FindWindow::FindWindow(BuildLogModel& log, QWidget* parent)
     m_replace = new QPushButton(tr("&Replace"), form);
     m_replaceAll = new QPushButton(tr("Replace &All"), form);
     m_status = new QLabel(form);
-    m_fileTypes->setEditText(u"*.*"_s);
-    m_subfolders->setChecked(true);
+    const LastSearch last = LastSearch::get();
+    m_text->setEditText(last.text);
+    m_replacement->setEditText(last.replacement);
+    m_wholeWord->setChecked(last.options.testFlag(FindOption::WholeWord));
+    m_matchCase->setChecked(last.options.testFlag(FindOption::MatchCase));
+    m_regularExpression->setChecked(last.options.testFlag(FindOption::RegularExpression));
+    m_searchUp->setChecked(last.options.testFlag(FindOption::SearchUp));
+    m_fileTypes->setEditText(
+        environment ? environment->findInFilesFileType->toStringList().value(0, AllFiles)
+                    : AllFiles);
+    m_subfolders->setChecked(!environment || environment->findInFilesLookInSubfolders->toBool());
     m_status->setWordWrap(true);
 
     auto* modes = new QHBoxLayout;
@@ -134,14 +136,16 @@ void FindWindow::setMode(Mode mode)
 {
     m_mode = mode;
     m_modes->button(static_cast<int>(mode))->setChecked(true);
-    const QString folder = m_lookIn->isEditable() ? m_lookIn->currentText() : QString();
+    if (m_lookIn->isEditable())
+        m_folder = m_lookIn->currentText();
     const QSignalBlocker quiet(m_lookIn);
     m_lookIn->clear();
     m_lookIn->setEditable(inFiles());
     if (inFiles()) {
         if (environment)
             m_lookIn->addItems(environment->findInFilesFolderHistory->toStringList());
-        m_lookIn->setEditText(folder.isEmpty() ? QDir::currentPath() : folder);
+        m_lookIn->setCompleter(nullptr);
+        m_lookIn->setEditText(m_folder.isEmpty() ? QDir::currentPath() : m_folder);
     } else {
         m_lookIn->addItem(tr("Whole Document"));
         m_lookIn->addItem(tr("Selection"));
@@ -226,12 +230,17 @@ LastSearch FindWindow::search() const
 void FindWindow::remember()
 {
     search().remember();
-    if (!environment || !inFiles())
+    m_text->remember();
+    if (replacing())
+        m_replacement->remember();
+    if (!inFiles())
+        return;
+    m_fileTypes->remember();
+    if (!environment)
         return;
     EnvironmentSettings::addToHistoryStringList(environment->findInFilesFolderHistory,
                                                 m_lookIn->currentText());
-    EnvironmentSettings::addToHistoryStringList(environment->findInFilesFileType,
-                                                m_fileTypes->currentText());
+    environment->findInFilesLookInSubfolders->setValue(m_subfolders->isChecked());
 }
 
 void FindWindow::doFind(const QString& text)

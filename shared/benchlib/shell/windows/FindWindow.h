@@ -7,6 +7,7 @@
 #include <QDockWidget>
 
 class CodeEdit;
+class HistoryCombo;
 class QButtonGroup;
 class QCheckBox;
 class QComboBox;
@@ -72,13 +73,14 @@ private:
     CodeEdit* m_edit = nullptr;
     Mode m_mode = Mode::Find;
     bool m_running = false;
+    QString m_folder; ///< while another mode doesn't show it
     QButtonGroup* m_modes;
-    QComboBox* m_text;
+    HistoryCombo* m_text;
     QLabel* m_replaceLabel;
-    QComboBox* m_replacement;
+    HistoryCombo* m_replacement;
     QComboBox* m_lookIn;
     QLabel* m_typesLabel;
-    QComboBox* m_fileTypes;
+    HistoryCombo* m_fileTypes;
     QCheckBox* m_wholeWord;
     QCheckBox* m_matchCase;
     QCheckBox* m_regularExpression;
