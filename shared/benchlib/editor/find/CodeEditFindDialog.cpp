@@ -28,10 +28,10 @@ CodeEditFindDialog::CodeEditFindDialog(CodeEdit* edit, bool replacing, QWidget* 
       m_replaceLabel(new QLabel(u"Re&place with:"_s, this)),
       m_replaceText(new HistoryCombo(environment ? environment->replaceHistory : nullptr,
                                      FieldColumns, this)),
-      m_wholeWord(new QCheckBox(u"Match &whole word only"_s, this)),
-      m_matchCase(new QCheckBox(u"Match &case"_s, this)),
-      m_regularExpression(new QCheckBox(u"Regular &expression"_s, this)),
-      m_searchUp(new QCheckBox(u"Search &up"_s, this)),
+      m_options({{FindOption::WholeWord, new QCheckBox(u"Match &whole word only"_s, this)},
+                 {FindOption::MatchCase, new QCheckBox(u"Match &case"_s, this)},
+                 {FindOption::RegularExpression, new QCheckBox(u"Regular &expression"_s, this)},
+                 {FindOption::SearchUp, new QCheckBox(u"Search &up"_s, this)}}),
       m_scope(new QGroupBox(u"Search in"_s, this)),
       m_selection(new QRadioButton(u"&Selection"_s, m_scope)),
       m_wholeFile(new QRadioButton(u"Wh&ole file"_s, m_scope)),
@@ -54,7 +54,7 @@ CodeEditFindDialog::CodeEditFindDialog(CodeEdit* edit, bool replacing, QWidget* 
     scopeLayout->addStretch();
 
     auto* options = new QVBoxLayout;
-    for (QCheckBox* box : {m_wholeWord, m_matchCase, m_regularExpression, m_searchUp})
+    for (QAbstractButton* box : m_options.buttons())
         options->addWidget(box);
     options->addStretch();
     auto* middle = new QHBoxLayout;
@@ -80,10 +80,7 @@ CodeEditFindDialog::CodeEditFindDialog(CodeEdit* edit, bool replacing, QWidget* 
     const LastSearch last = LastSearch::get();
     m_findText->setEditText(last.text);
     m_replaceText->setEditText(last.replacement);
-    m_wholeWord->setChecked(last.options.testFlag(FindOption::WholeWord));
-    m_matchCase->setChecked(last.options.testFlag(FindOption::MatchCase));
-    m_regularExpression->setChecked(last.options.testFlag(FindOption::RegularExpression));
-    m_searchUp->setChecked(last.options.testFlag(FindOption::SearchUp));
+    m_options.setOptions(last.options);
 
     connect(m_findText, &QComboBox::editTextChanged, this, &CodeEditFindDialog::updateButtons);
     connect(m_findNext, &QPushButton::clicked, this, &CodeEditFindDialog::findClicked);
@@ -155,12 +152,7 @@ void CodeEditFindDialog::updateButtons()
 
 LastSearch CodeEditFindDialog::search() const
 {
-    LastSearch result{m_findText->currentText(), m_replaceText->currentText(), {}};
-    result.options.setFlag(FindOption::WholeWord, m_wholeWord->isChecked());
-    result.options.setFlag(FindOption::MatchCase, m_matchCase->isChecked());
-    result.options.setFlag(FindOption::RegularExpression, m_regularExpression->isChecked());
-    result.options.setFlag(FindOption::SearchUp, m_searchUp->isChecked());
-    return result;
+    return {m_findText->currentText(), m_replaceText->currentText(), m_options.options()};
 }
 
 void CodeEditFindDialog::addCurrentToHistory()

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "editor/commands/TextSearch.h"
+#include "editor/widget/FindOptionButtons.h"
 
 #include <QDialog>
 
 class CodeEdit;
 class HistoryCombo;
-class QCheckBox;
 class QGroupBox;
 class QLabel;
 class QPushButton;
@@ -45,10 +45,7 @@ private:
     HistoryCombo* m_findText;
     QLabel* m_replaceLabel;
     HistoryCombo* m_replaceText;
-    QCheckBox* m_wholeWord;
-    QCheckBox* m_matchCase;
-    QCheckBox* m_regularExpression;
-    QCheckBox* m_searchUp;
+    FindOptionButtons m_options;
     QGroupBox* m_scope;
     QRadioButton* m_selection;
     QRadioButton* m_wholeFile;

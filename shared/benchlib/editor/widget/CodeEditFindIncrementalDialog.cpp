@@ -63,9 +63,10 @@ CodeEditFindIncrementalDialog::CodeEditFindIncrementalDialog(CodeEdit* edit, QWi
       m_edit(edit),
       m_text(new QLineEdit(this)),
       m_status(new QLabel(this)),
-      m_matchCase(makeButton(this, u"Aa"_s, tr("Match case"), true)),
-      m_wholeWord(makeButton(this, u"W"_s, tr("Match whole word"), true)),
-      m_regularExpression(makeButton(this, u".*"_s, tr("Regular expression"), true))
+      m_options({{FindOption::MatchCase, makeButton(this, u"Aa"_s, tr("Match case"), true)},
+                 {FindOption::WholeWord, makeButton(this, u"W"_s, tr("Match whole word"), true)},
+                 {FindOption::RegularExpression,
+                  makeButton(this, u".*"_s, tr("Regular expression"), true)}})
 {
     setObjectName(u"FindBar"_s);
     setAutoFillBackground(true);
@@ -88,15 +89,18 @@ CodeEditFindIncrementalDialog::CodeEditFindIncrementalDialog(CodeEdit* edit, QWi
     close->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
     layout->addWidget(label);
     layout->addWidget(m_text, 1);
-    for (QToolButton* button : {m_matchCase, m_wholeWord, m_regularExpression, previous, next})
+    m_options.setOptions(LastSearch::get().options);
+    for (QAbstractButton* button : m_options.buttons()) {
         layout->addWidget(button);
+        connect(button, &QAbstractButton::toggled, this, [this] { find(m_text->text(), false); });
+    }
+    layout->addWidget(previous);
+    layout->addWidget(next);
     layout->addWidget(m_status);
     layout->addWidget(close);
 
     connect(m_text, &QLineEdit::textChanged, this,
             [this](const QString& text) { find(text, false); });
-    for (QToolButton* button : {m_matchCase, m_wholeWord, m_regularExpression})
-        connect(button, &QToolButton::toggled, this, [this] { find(m_text->text(), false); });
     connect(next, &QToolButton::clicked, this, [this] { step(false); });
     connect(previous, &QToolButton::clicked, this, [this] { step(true); });
     connect(close, &QToolButton::clicked, this, [this] { finish(false); });
@@ -146,13 +150,8 @@ void CodeEditFindIncrementalDialog::find(const QString& text, bool up)
         editor.setCaretPosition(m_start);
         return;
     }
-    LastSearch search = LastSearch::get();
-    search.text = text;
-    search.options = FindOption::ShowStatus | FindOption::Wrap;
-    search.options.setFlag(FindOption::MatchCase, m_matchCase->isChecked());
-    search.options.setFlag(FindOption::WholeWord, m_wholeWord->isChecked());
-    search.options.setFlag(FindOption::RegularExpression, m_regularExpression->isChecked());
-    const FindOptions options = up ? search.options | FindOption::SearchUp : search.options;
+    FindOptions options = m_options.options() | FindOption::ShowStatus | FindOption::Wrap;
+    options.setFlag(FindOption::SearchUp, up);
     if (!editor.find(m_start, text, options)) {
         editor.setCaretPosition(m_start);
         CodeEdit::setHighlightFind({});
@@ -208,12 +207,7 @@ bool CodeEditFindIncrementalDialog::eventFilter(QObject* object, QEvent* event)
 
 void CodeEditFindIncrementalDialog::finish(bool restoreCaret)
 {
-    LastSearch search = LastSearch::get();
-    search.text = m_text->text();
-    search.options = {};
-    search.options.setFlag(FindOption::MatchCase, m_matchCase->isChecked());
-    search.options.setFlag(FindOption::WholeWord, m_wholeWord->isChecked());
-    search.options.setFlag(FindOption::RegularExpression, m_regularExpression->isChecked());
+    const LastSearch search{m_text->text(), LastSearch::get().replacement, m_options.options()};
     if (!search.text.isEmpty())
         search.remember();
     CodeEdit::setHighlightFind({});

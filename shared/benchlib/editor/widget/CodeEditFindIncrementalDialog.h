@@ -1,13 +1,13 @@
 #pragma once
 
 #include "editor/buffer/QCodeBufferPosition.h"
+#include "editor/widget/FindOptionButtons.h"
 
 #include <QFrame>
 
 class CodeEdit;
 class QLabel;
 class QLineEdit;
-class QToolButton;
 
 /// The bar at the bottom of an editor that searches while one types.
 class CodeEditFindIncrementalDialog : public QFrame {
@@ -34,8 +34,6 @@ private:
     CodeEdit* m_edit;
     QLineEdit* m_text;
     QLabel* m_status;
-    QToolButton* m_matchCase;
-    QToolButton* m_wholeWord;
-    QToolButton* m_regularExpression;
+    FindOptionButtons m_options;
     QCodeBufferPosition m_start;
 };

@@ -36,9 +36,9 @@ FindFilesDialog::FindFilesDialog(BuildLogModel& log, QWidget* parent)
           makeCombo(this, environment ? environment->findInFilesFileType : nullptr, u"*.*"_s)),
       m_folder(makeCombo(this, environment ? environment->findInFilesFolderHistory : nullptr,
                          QDir::currentPath())),
-      m_wholeWord(new QCheckBox(u"Match &whole word only"_s, this)),
-      m_matchCase(new QCheckBox(u"Match &case"_s, this)),
-      m_regularExpression(new QCheckBox(u"Regular &expression"_s, this)),
+      m_options({{FindOption::WholeWord, new QCheckBox(u"Match &whole word only"_s, this)},
+                 {FindOption::MatchCase, new QCheckBox(u"Match &case"_s, this)},
+                 {FindOption::RegularExpression, new QCheckBox(u"Regular &expression"_s, this)}}),
       m_subfolders(new QCheckBox(u"Look in &subfolders"_s, this)),
       m_find(new QPushButton(u"&Find"_s, this)),
       m_status(new QLabel(this))
@@ -54,9 +54,11 @@ FindFilesDialog::FindFilesDialog(BuildLogModel& log, QWidget* parent)
     auto* close = new QPushButton(u"Clo&se"_s, this);
     m_find->setDefault(true);
     if (environment) {
-        m_wholeWord->setChecked(environment->findInFilesMatchWholeWord->toBool());
-        m_matchCase->setChecked(environment->findInFilesMatchCase->toBool());
-        m_regularExpression->setChecked(environment->findInFilesUseRegExp->toBool());
+        FindOptions options;
+        options.setFlag(FindOption::WholeWord, environment->findInFilesMatchWholeWord->toBool());
+        options.setFlag(FindOption::MatchCase, environment->findInFilesMatchCase->toBool());
+        options.setFlag(FindOption::RegularExpression, environment->findInFilesUseRegExp->toBool());
+        m_options.setOptions(options);
         m_subfolders->setChecked(environment->findInFilesLookInSubfolders->toBool());
     } else {
         m_subfolders->setChecked(true);
@@ -73,9 +75,12 @@ FindFilesDialog::FindFilesDialog(BuildLogModel& log, QWidget* parent)
     layout->addWidget(m_folder, 2, 1);
     layout->addWidget(browse, 2, 2);
     auto* options = new QGridLayout;
-    options->addWidget(m_wholeWord, 0, 0);
-    options->addWidget(m_matchCase, 1, 0);
-    options->addWidget(m_regularExpression, 0, 1);
+    // Two columns, filled from top to bottom.
+    int place = 0;
+    for (QAbstractButton* box : m_options.buttons()) {
+        options->addWidget(box, place % 2, place / 2);
+        ++place;
+    }
     options->addWidget(m_subfolders, 1, 1);
     layout->addLayout(options, 3, 1);
     layout->addWidget(m_status, 4, 0, 1, 3);
@@ -109,9 +114,7 @@ FileSearch::Request FindFilesDialog::request() const
     result.folder = m_folder->currentText();
     result.fileTypes = m_fileTypes->currentText();
     result.subfolders = m_subfolders->isChecked();
-    result.options.setFlag(FindOption::WholeWord, m_wholeWord->isChecked());
-    result.options.setFlag(FindOption::MatchCase, m_matchCase->isChecked());
-    result.options.setFlag(FindOption::RegularExpression, m_regularExpression->isChecked());
+    result.options = m_options.options();
     return result;
 }
 
@@ -121,9 +124,10 @@ void FindFilesDialog::remember()
         combo->remember();
     if (!environment)
         return;
-    environment->findInFilesMatchWholeWord->setValue(m_wholeWord->isChecked());
-    environment->findInFilesMatchCase->setValue(m_matchCase->isChecked());
-    environment->findInFilesUseRegExp->setValue(m_regularExpression->isChecked());
+    const FindOptions options = m_options.options();
+    environment->findInFilesMatchWholeWord->setValue(options.testFlag(FindOption::WholeWord));
+    environment->findInFilesMatchCase->setValue(options.testFlag(FindOption::MatchCase));
+    environment->findInFilesUseRegExp->setValue(options.testFlag(FindOption::RegularExpression));
     environment->findInFilesLookInSubfolders->setValue(m_subfolders->isChecked());
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editor/widget/FindOptionButtons.h"
 #include "shell/find/FileSearch.h"
 
 #include <QDialog>
@@ -40,9 +41,7 @@ private:
     HistoryCombo* m_text;
     HistoryCombo* m_fileTypes;
     HistoryCombo* m_folder;
-    QCheckBox* m_wholeWord;
-    QCheckBox* m_matchCase;
-    QCheckBox* m_regularExpression;
+    FindOptionButtons m_options;
     QCheckBox* m_subfolders;
     QPushButton* m_find;
     QLabel* m_status;

@@ -47,10 +47,12 @@ FindWindow::FindWindow(BuildLogModel& log, QWidget* parent)
     m_typesLabel = new QLabel(tr("File &types:"), form);
     m_fileTypes = new HistoryCombo(environment ? environment->findInFilesFileType : nullptr,
                                    FieldColumns, form);
-    m_wholeWord = new QCheckBox(tr("Match &whole word"), form);
-    m_matchCase = new QCheckBox(tr("Match &case"), form);
-    m_regularExpression = new QCheckBox(tr("Regular &expression"), form);
-    m_searchUp = new QCheckBox(tr("Search &up"), form);
+    m_options = FindOptionButtons{
+        {FindOption::MatchCase, new QCheckBox(tr("Match &case"), form)},
+        {FindOption::WholeWord, new QCheckBox(tr("Match &whole word"), form)},
+        {FindOption::RegularExpression, new QCheckBox(tr("Regular &expression"), form)},
+        {FindOption::SearchUp, m_searchUp = new QCheckBox(tr("Search &up"), form)},
+    };
     m_subfolders = new QCheckBox(tr("Look in &subfolders"), form);
     m_find = new QPushButton(form);
     m_replace = new QPushButton(tr("&Replace"), form);
@@ -59,10 +61,7 @@ FindWindow::FindWindow(BuildLogModel& log, QWidget* parent)
     const LastSearch last = LastSearch::get();
     m_text->setEditText(last.text);
     m_replacement->setEditText(last.replacement);
-    m_wholeWord->setChecked(last.options.testFlag(FindOption::WholeWord));
-    m_matchCase->setChecked(last.options.testFlag(FindOption::MatchCase));
-    m_regularExpression->setChecked(last.options.testFlag(FindOption::RegularExpression));
-    m_searchUp->setChecked(last.options.testFlag(FindOption::SearchUp));
+    m_options.setOptions(last.options);
     m_fileTypes->setEditText(
         environment ? environment->findInFilesFileType->toStringList().value(0, AllFiles)
                     : AllFiles);
@@ -104,10 +103,11 @@ FindWindow::FindWindow(BuildLogModel& log, QWidget* parent)
     fields->addWidget(m_fileTypes, 3, 1);
     fields->setColumnStretch(1, 1);
     auto* options = new QGridLayout;
-    options->addWidget(m_matchCase, 0, 0);
-    options->addWidget(m_wholeWord, 0, 1);
-    options->addWidget(m_regularExpression, 1, 0);
-    options->addWidget(m_searchUp, 1, 1);
+    int place = 0;
+    for (QAbstractButton* box : m_options.buttons()) {
+        options->addWidget(box, place / 2, place % 2);
+        ++place;
+    }
     options->addWidget(m_subfolders, 2, 0);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(m_find);
@@ -219,12 +219,10 @@ bool FindWindow::inSelection() const
 
 LastSearch FindWindow::search() const
 {
-    LastSearch result{m_text->currentText(), m_replacement->currentText(), {}};
-    result.options.setFlag(FindOption::WholeWord, m_wholeWord->isChecked());
-    result.options.setFlag(FindOption::MatchCase, m_matchCase->isChecked());
-    result.options.setFlag(FindOption::RegularExpression, m_regularExpression->isChecked());
-    result.options.setFlag(FindOption::SearchUp, !inFiles() && m_searchUp->isChecked());
-    return result;
+    FindOptions options = m_options.options();
+    if (inFiles())
+        options.setFlag(FindOption::SearchUp, false);
+    return {m_text->currentText(), m_replacement->currentText(), options};
 }
 
 void FindWindow::remember()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editor/commands/TextSearch.h"
+#include "editor/widget/FindOptionButtons.h"
 #include "shell/find/FileReplacing.h"
 #include "shell/find/FileSearch.h"
 
@@ -81,10 +82,8 @@ private:
     QComboBox* m_lookIn;
     QLabel* m_typesLabel;
     HistoryCombo* m_fileTypes;
-    QCheckBox* m_wholeWord;
-    QCheckBox* m_matchCase;
-    QCheckBox* m_regularExpression;
     QCheckBox* m_searchUp;
+    FindOptionButtons m_options;
     QCheckBox* m_subfolders;
     QPushButton* m_find;
     QPushButton* m_replace;
