@@ -422,6 +422,21 @@ TEST_F(CodeEditTest, SearchesWhileOneTypes)
     EXPECT_EQ(editor().caret().line, 2);
 }
 
+TEST_F(CodeEditTest, NoHitIsBelowTheFindBar)
+{
+    editor().setText(QString(u"x\n"_s).repeated(editor().visibleLines() - 1) + u"hit\nx\nx"_s);
+    const int room = m_edit.viewport()->height();
+    key(Qt::Key_I, Qt::ControlModifier);
+    auto* bar = m_edit.findChild<CodeEditFindIncrementalDialog*>();
+    ASSERT_TRUE(bar);
+    QTest::keyClicks(bar->findChild<QLineEdit*>(), u"hit"_s);
+    ASSERT_EQ(editor().selectedText(), u"hit"_s);
+    const QPoint bottom = m_edit.pointOf({editor().caret().line + 1, 0}).toPoint();
+    EXPECT_LE(m_edit.viewport()->mapTo(&m_edit, bottom).y(), bar->y());
+    QTest::keyClick(bar->findChild<QLineEdit*>(), Qt::Key_Escape);
+    EXPECT_EQ(m_edit.viewport()->height(), room);
+}
+
 TEST_F(CodeEditTest, TheMarginWidensWithTheNumberOfLines)
 {
     m_edit.setLineNumberMode(CodeEdit::LineNumberMode::AllLines);

@@ -131,6 +131,8 @@ public:
     void showDiagnostic(const DiagnosticData& diagnostic);
     void clearDiagnostic();
     void findIncremental();
+    /// Leaves that many pixels between the text and the bottom of the widget.
+    void setRoomBelow(int height) { setViewportMargins(0, 0, 0, height); }
 
     /// The word at the caret, if it is one that the spell checker has marked; else not valid.
     QSelection misspelledWord() const;

@@ -112,9 +112,10 @@ void CodeEditFindIncrementalDialog::start()
     const CodeEditor& editor = m_edit->editor();
     m_start = editor.selecting() ? editor.selection().first() : editor.caret();
     const QString selected = editor.selectedText();
+    // The text gives way: a hit must not be below the bar.
+    m_edit->setRoomBelow(sizeHint().height());
     place();
     show();
-    raise();
     m_text->setFocus();
     if (!selected.isEmpty() && !selected.contains(u'\n') && selected != m_text->text())
         m_text->setText(selected);
@@ -125,9 +126,8 @@ void CodeEditFindIncrementalDialog::start()
 
 void CodeEditFindIncrementalDialog::place()
 {
-    const QWidget* view = m_edit->viewport();
-    const int height = sizeHint().height();
-    setGeometry(view->x(), view->y() + view->height() - height, view->width(), height);
+    const QRect view = m_edit->viewport()->geometry();
+    setGeometry(view.left(), view.bottom() + 1, view.width(), sizeHint().height());
 }
 
 QString CodeEditFindIncrementalDialog::status() const { return m_status->text(); }
@@ -212,6 +212,7 @@ void CodeEditFindIncrementalDialog::finish(bool restoreCaret)
         search.remember();
     CodeEdit::setHighlightFind({});
     hide();
+    m_edit->setRoomBelow(0);
     if (restoreCaret)
         m_edit->editor().setCaretPosition(m_start);
     m_edit->setFocus();

@@ -17,7 +17,7 @@ public:
 
     /// Shows the bar; the search begins at the caret, with the selected text if it is of one line.
     void start();
-    /// At the bottom of the editor.
+    /// At the bottom of the editor, below the text.
     void place();
     QString status() const;
 
