@@ -17,6 +17,8 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QDropEvent>
+#include <QFontDatabase>
+#include <QFontMetricsF>
 #include <QGraphicsOpacityEffect>
 #include <QHelpEvent>
 #include <QImage>
@@ -188,6 +190,22 @@ TEST_F(CodeEditTest, PlacesAndPointsAgree)
             EXPECT_EQ(back.line, line);
             EXPECT_NEAR(m_edit.pointOf(back).x(), point.x(), 0.6) << line << ' ' << column;
         }
+    }
+}
+
+TEST_F(CodeEditTest, PlacesFitAProportionalFontToo)
+{
+    m_edit.setFonts(QFontDatabase::systemFont(QFontDatabase::GeneralFont));
+    if (m_edit.fonts().isFixedPitch())
+        GTEST_SKIP() << "there is no such font";
+    const QString text = u"iiiWWW...mmm"_s;
+    editor().setText(text);
+    const QFontMetricsF metrics(m_edit.fonts().base());
+    const double start = m_edit.pointOf({0, 0}).x();
+    for (int column = 0; column <= text.size(); ++column) {
+        EXPECT_NEAR(m_edit.pointOf({0, column}).x() - start,
+                    metrics.horizontalAdvance(text.left(column)), 1.5);
+        EXPECT_EQ(m_edit.positionAt(m_edit.pointOf({0, column})).column, column);
     }
 }
 

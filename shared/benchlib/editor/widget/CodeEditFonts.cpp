@@ -24,4 +24,11 @@ CodeEditFonts::CodeEditFonts(const QFont& base)
     }
     m_lineHeight = m_ascent + below;
     m_characterWidth = std::max(1.0, QFontMetricsF(m_fonts[0]).horizontalAdvance(u'0'));
+    // What fonts tell of themselves isn't to be relied on.
+    constexpr double tolerance = 0.01;
+    for (const QFont& font : m_fonts)
+        for (const QChar c : {u'i', u'W', u'.'})
+            m_fixedPitch = m_fixedPitch
+                && std::abs(QFontMetricsF(font).horizontalAdvance(c) - m_characterWidth)
+                    < tolerance;
 }

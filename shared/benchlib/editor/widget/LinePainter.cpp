@@ -31,7 +31,7 @@ LinePainter::LinePainter(const StyledLine& line, const Look& look, int preeditCo
         }
         m_screenColumns.append(column);
     }
-    if (line.isComplex || !preedit.isEmpty())
+    if (line.isComplex || !preedit.isEmpty() || !look.fonts->isFixedPitch())
         layOut(preeditColumn, preedit);
 }
 
