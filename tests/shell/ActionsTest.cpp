@@ -15,6 +15,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolBar>
+#include <QToolButton>
 
 #include <gtest/gtest.h>
 
@@ -323,11 +324,26 @@ TEST_F(ActionsTest, HaveASecondKeyAndAShiftAction)
     action->trigger();
     EXPECT_EQ(fired.size(), 2);
     EXPECT_EQ(shifted.size(), 0);
+    // The key is the action's own, whatever is in it; a click while Shift is held isn't.
+    action->setAccel(QKeySequence(u"Ctrl+Shift+7"_s));
+    QTest::keyClick(window.windowHandle(), Qt::Key_7, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(fired.size(), 3);
+    EXPECT_EQ(shifted.size(), 0);
+    QToolButton button(&window);
+    button.setDefaultAction(action);
+    button.resize(30, 30);
+    button.show();
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, Qt::ShiftModifier, QPoint(15, 15));
+    EXPECT_EQ(fired.size(), 3);
+    EXPECT_EQ(shifted.size(), 1);
 }
 
 TEST_F(ActionsTest, OneButtonStandsForSeveral)
 {
-    MultiAction multi({m_actions->editUndo, m_actions->editRedo});
+    m_actions->editPaste->setEnabled(false);
+    MultiAction multi({m_actions->editUndo, m_actions->editRedo, m_actions->editPaste});
+    EXPECT_TRUE(multi.menu()->actions()[1]->isEnabled());
+    EXPECT_FALSE(multi.menu()->actions()[2]->isEnabled());
     QSignalSpy undone(m_actions->editUndo, &BenchAction::activated);
     QSignalSpy redone(m_actions->editRedo, &BenchAction::activated);
     multi.trigger();

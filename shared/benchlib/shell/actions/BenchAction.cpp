@@ -5,12 +5,20 @@
 #include "shell/actions/GUIBuilder.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QIcon>
 #include <QMenu>
 #include <QThread>
 #include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// A menu's loop has ended by then; one that goes on, as that of a dialog, mustn't be kept busy.
+constexpr int RetryMs = 10;
+
+} // namespace
 
 BenchAction::BenchAction(const QString& name, QObject* parent) : QAction(parent)
 {
@@ -19,12 +27,19 @@ BenchAction::BenchAction(const QString& name, QObject* parent) : QAction(parent)
         initText(name);
     connect(this, &QAction::triggered, this, [this] {
         const bool shift = QApplication::keyboardModifiers().testFlag(Qt::ShiftModifier);
-        // A key with Shift in it is the action's own.
-        if (m_shiftAction && shift && m_shiftAction->isEnabled())
+        if (m_shiftAction && shift && !m_byKey && m_shiftAction->isEnabled())
             m_shiftAction->onActivated();
         else
             onActivated();
     });
+}
+
+bool BenchAction::event(QEvent* event)
+{
+    m_byKey = event->type() == QEvent::Shortcut;
+    const bool handled = QAction::event(event);
+    m_byKey = false;
+    return handled;
 }
 
 void BenchAction::initText(const QString& name)
@@ -104,7 +119,7 @@ void DeferredBenchAction::onActivated()
 void DeferredBenchAction::whenOutermost()
 {
     if (QThread::currentThread()->loopLevel() > 1)
-        QTimer::singleShot(0, this, &DeferredBenchAction::whenOutermost);
+        QTimer::singleShot(RetryMs, this, &DeferredBenchAction::whenOutermost);
     else
         emit deferredActivated();
 }
@@ -143,6 +158,7 @@ MultiAction::MultiAction(const QList<BenchAction*>& actions, QObject* parent)
 {
     for (BenchAction* action : m_actions) {
         QAction* entry = m_menu->addAction(action->icon(), action->menuText());
+        entry->setEnabled(action->isEnabled());
         connect(entry, &QAction::triggered, this, [this, action] {
             setSelectedAction(action);
             action->activate();

@@ -32,7 +32,7 @@ public:
     const QKeySequence& accel() const { return m_accel; }
     const QKeySequence& secondaryAccel() const { return m_secondaryAccel; }
 
-    /// What is done instead while Shift is held.
+    /// What is done instead while Shift is held. A key with Shift in it stays the action's own.
     void setShiftAction(BenchAction* action) { m_shiftAction = action; }
 
     void setEnabled(bool enabled);
@@ -45,6 +45,7 @@ signals:
 
 protected:
     virtual void onActivated() { emit activated(); }
+    bool event(QEvent* event) override;
 
 private:
     void initText(const QString& name);
@@ -56,6 +57,7 @@ private:
     QKeySequence m_accel;
     QKeySequence m_secondaryAccel;
     BenchAction* m_shiftAction = nullptr;
+    bool m_byKey = false; ///< while a key carries it out
 };
 
 /// A command that mustn't start inside a menu's own event loop: `deferredActivated` comes when only
