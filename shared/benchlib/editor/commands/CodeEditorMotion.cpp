@@ -51,7 +51,7 @@ int skipRunBack(QStringView text, int at)
 constexpr char16_t FirstCombining = 0x300;
 /// How far around the caret the borders of characters are looked for.
 constexpr int ClusterWindow = 64;
-constexpr qsizetype WindowLength = 2 * ClusterWindow;
+constexpr qsizetype WindowLength = qsizetype(2) * ClusterWindow;
 
 } // namespace
 
