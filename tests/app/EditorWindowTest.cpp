@@ -413,11 +413,3 @@ TEST_F(EditorWindowTest, OpensDroppedAndRecentFiles)
 }
 
 } // namespace
-
-int main(int argc, char** argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    testing::InitGoogleTest(&argc, argv);
-    const QApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

@@ -369,11 +369,3 @@ TEST_F(ActionsTest, MenuTextsTakeAnArgument)
 }
 
 } // namespace
-
-int main(int argc, char** argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    testing::InitGoogleTest(&argc, argv);
-    const QApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}
