@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editor/buffer/WordCharacter.h"
 #include "editor/commands/ClipboardRing.h"
 #include "editor/commands/CodeEditSettings.h"
 #include "editor/commands/CodeEditorHost.h"
@@ -67,7 +68,6 @@ public:
     /// The place in a line; a column inside a tab belongs to the place behind it.
     QCodeBufferPosition bufferPositionOf(int line, int screenColumn) const;
 
-    static bool isWordChar(QChar c) { return c.isLetterOrNumber() || c == u'_'; }
     /// The word around, or just ahead of the place; not valid if there is none.
     QSelection wordAt(QCodeBufferPosition position) const;
     /// The word, or the run of other characters, that the character at the place belongs to; not

@@ -13,7 +13,7 @@ enum class CharClass { Space, Word, Other };
 
 CharClass classOf(QChar c)
 {
-    if (CodeEditor::isWordChar(c))
+    if (isWordChar(c))
         return CharClass::Word;
     return c.isSpace() ? CharClass::Space : CharClass::Other;
 }

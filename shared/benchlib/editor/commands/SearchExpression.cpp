@@ -1,10 +1,10 @@
 #include "editor/commands/SearchExpression.h"
 
+#include "editor/buffer/WordCharacter.h"
+
 #include <algorithm>
 
 namespace {
-
-bool isWordChar(QChar c) { return c.isLetterOrNumber() || c == u'_'; }
 
 QRegularExpressionMatch matchAt(const QRegularExpression& expression, QStringView line, int from)
 {

@@ -155,13 +155,7 @@ LastSearch CodeEditFindDialog::search() const
     return {m_findText->currentText(), m_replaceText->currentText(), m_options.options()};
 }
 
-void CodeEditFindDialog::addCurrentToHistory()
-{
-    search().remember();
-    m_findText->remember();
-    if (m_replacing)
-        m_replaceText->remember();
-}
+void CodeEditFindDialog::addCurrentToHistory() { search().remember(); }
 
 void CodeEditFindDialog::findClicked()
 {

@@ -14,29 +14,20 @@ HistoryCombo::HistoryCombo(PropertyValue* history, int columns, QWidget* parent)
     setCompleter(nullptr);
     setMinimumContentsLength(columns);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    if (history)
-        show(history->toStringList());
-}
-
-QStringList HistoryCombo::texts() const
-{
-    QStringList result;
-    for (int i = 0; i < count(); ++i)
-        result.append(itemText(i));
-    return result;
+    readHistory();
 }
 
 /// What is being entered stays as it is.
-void HistoryCombo::show(const QStringList& texts)
+void HistoryCombo::readHistory()
 {
-    if (texts == this->texts())
+    if (!m_history)
         return;
     const QSignalBlocker quiet(this);
     const QString entered = currentText();
     const int start = lineEdit()->selectionStart();
     const int length = lineEdit()->selectionLength();
     clear();
-    addItems(texts);
+    addItems(m_history->toStringList());
     setEditText(entered);
     if (start >= 0)
         lineEdit()->setSelection(start, length);
@@ -44,20 +35,19 @@ void HistoryCombo::show(const QStringList& texts)
 
 void HistoryCombo::remember()
 {
-    if (m_history) {
+    if (m_history)
         EnvironmentSettings::addToHistoryStringList(m_history, currentText());
-        show(m_history->toStringList());
-        return;
-    }
-    QStringList known = texts();
-    known.removeAll(currentText());
-    known.prepend(currentText());
-    show(known);
 }
 
+void HistoryCombo::showPopup()
+{
+    readHistory();
+    QComboBox::showPopup();
+}
+
+/// The arrow keys go through the texts too.
 void HistoryCombo::focusInEvent(QFocusEvent* event)
 {
-    if (m_history)
-        show(m_history->toStringList());
+    readHistory();
     QComboBox::focusInEvent(event);
 }

@@ -8,19 +8,18 @@ class PropertyValue;
 class HistoryCombo : public QComboBox {
     Q_OBJECT
 public:
-    /// The history, a list of texts, isn't owned; others may change it. Without one the field
-    /// keeps its own.
+    /// The history is a list of texts that others may change too. It isn't owned; null for none.
     HistoryCombo(PropertyValue* history, int columns, QWidget* parent);
 
     /// Puts what is entered to the front of the history.
     void remember();
+    void showPopup() override;
 
 protected:
     void focusInEvent(QFocusEvent* event) override;
 
 private:
-    QStringList texts() const;
-    void show(const QStringList& texts);
+    void readHistory();
 
     PropertyValue* m_history;
 };

@@ -13,13 +13,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-/// A menu's loop has ended by then; one that goes on, as that of a dialog, mustn't be kept busy.
-constexpr int RetryMs = 10;
-
-} // namespace
-
 BenchAction::BenchAction(const QString& name, QObject* parent) : QAction(parent)
 {
     setObjectName(name);
@@ -119,7 +112,7 @@ void DeferredBenchAction::onActivated()
 void DeferredBenchAction::whenOutermost()
 {
     if (QThread::currentThread()->loopLevel() > 1)
-        QTimer::singleShot(RetryMs, this, &DeferredBenchAction::whenOutermost);
+        QTimer::singleShot(0, this, &DeferredBenchAction::whenOutermost);
     else
         emit deferredActivated();
 }

@@ -50,7 +50,7 @@ FindFilesDialog::FindFilesDialog(BuildLogModel& log, QWidget* parent)
     typesLabel->setBuddy(m_fileTypes);
     auto* folderLabel = new QLabel(u"In f&older:"_s, this);
     folderLabel->setBuddy(m_folder);
-    auto* browse = new QPushButton(u"&Browse"_s, this);
+    auto* browse = new QPushButton(u"Browse"_s, this);
     auto* close = new QPushButton(u"Clo&se"_s, this);
     m_find->setDefault(true);
     if (environment) {

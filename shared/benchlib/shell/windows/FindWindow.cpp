@@ -228,9 +228,6 @@ LastSearch FindWindow::search() const
 void FindWindow::remember()
 {
     search().remember();
-    m_text->remember();
-    if (replacing())
-        m_replacement->remember();
     if (!inFiles())
         return;
     m_fileTypes->remember();
