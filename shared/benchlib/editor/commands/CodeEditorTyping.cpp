@@ -11,13 +11,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 /// What a file couldn't hold, or a line.
-QString clean(QString text)
-{
-    text.replace(u"\r\n"_s, u"\n"_s);
-    text.replace(u'\r', u'\n');
-    text.remove(QChar::Null);
-    return text;
-}
+QString clean(const QString& text) { return TextEncoding::withLineFeeds(text).remove(QChar::Null); }
 
 struct Wrapping {
     QStringView typed;

@@ -57,7 +57,14 @@ QString TextEncoding::textOf(QByteArrayView bytes)
         forFile(Default.toString(), bytes.first(std::min<qsizetype>(3, bytes.size())));
     bool lossless = true;
     const QString text = encoding.decode(bytes, lossless);
-    return lossless ? text : QString::fromLatin1(bytes);
+    return withLineFeeds(lossless ? text : QString::fromLatin1(bytes));
+}
+
+QString TextEncoding::withLineFeeds(QString text)
+{
+    text.replace(u"\r\n"_s, u"\n"_s);
+    text.replace(u'\r', u'\n');
+    return text;
 }
 
 TextEncoding TextEncoding::named(const QString& name)

@@ -15,8 +15,10 @@ public:
     /// whose byte order mark is remembered and written again.
     static TextEncoding forFile(const QString& name, QByteArrayView firstBytes);
     /// The text of a file in the user's encoding, or that of its mark; in ISO-8859-1, which has a
-    /// character for each byte, if some bytes stand for nothing.
+    /// character for each byte, if some bytes stand for nothing. Lines end with LF.
     static QString textOf(QByteArrayView bytes);
+    /// CR LF and CR become LF.
+    static QString withLineFeeds(QString text);
     /// For writing. 16-bit ones get a byte order mark, without which nobody could tell them.
     static TextEncoding named(const QString& name);
 

@@ -5,8 +5,6 @@
 
 #include <QDialog>
 
-#include <memory>
-
 class HistoryCombo;
 class QCheckBox;
 class QLabel;

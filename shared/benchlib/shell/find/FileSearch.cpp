@@ -108,11 +108,7 @@ void FileSearch::findInFile(const QFileInfo& info)
         && (bytes.first(std::min<qsizetype>(bytes.size(), 8000)).contains('\0')
             || !m_search.mayMatch(bytes)))
         return;
-    QString text = TextEncoding::textOf(bytes);
-    if (text.contains(u'\r')) {
-        text.replace(u"\r\n"_s, u"\n"_s);
-        text.replace(u'\r', u'\n');
-    }
+    const QString text = TextEncoding::textOf(bytes);
     bool inGroup = false;
     int number = 0;
     for (const QStringView line : QStringView(text).tokenize(u'\n')) {
